@@ -1,0 +1,8 @@
+# The house's warnings, as errors, on every target that asks for them.
+function(house_warnings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+    if(WIN32)
+        # GetProcAddress gives one function type for all functions.
+        target_compile_options(${target} PRIVATE -Wno-cast-function-type)
+    endif()
+endfunction()

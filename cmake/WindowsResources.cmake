@@ -1,0 +1,40 @@
+# add_windows_resources(NAME SCRIPT) makes the target NAME: linked into a program or module, it puts
+# the compiled resource script SCRIPT into it. A Windows program gets a resource section from the
+# linker; a POSIX one gets the same bytes, in the .res format, as the section ".win32res", from which
+# platform/posix serves LoadStringA, DialogBoxParamA, GetFileVersionInfoA and their kin.
+#
+# Extra arguments are further files that the script includes.
+find_program(WINDRES i686-w64-mingw32-windres REQUIRED)
+
+function(add_windows_resources name script)
+    get_filename_component(script ${script} ABSOLUTE)
+    get_filename_component(folder ${script} DIRECTORY)
+    list(TRANSFORM ARGN PREPEND "${folder}/")
+    if(WIN32)
+        set(object ${CMAKE_CURRENT_BINARY_DIR}/${name}.o)
+        add_custom_command(
+            OUTPUT ${object}
+            COMMAND ${WINDRES} -I ${folder} -O coff ${script} ${object}
+            DEPENDS ${script} ${ARGN}
+            VERBATIM)
+    else()
+        set(res ${CMAKE_CURRENT_BINARY_DIR}/${name}.res)
+        set(object ${CMAKE_CURRENT_BINARY_DIR}/${name}.o)
+        set(assembly ${CMAKE_CURRENT_BINARY_DIR}/${name}.s)
+        file(WRITE ${assembly}.in
+             ".section .win32res,\"a\",@progbits\n.incbin \"${res}\"\n.section .note.GNU-stack,\"\",@progbits\n")
+        configure_file(${assembly}.in ${assembly} COPYONLY)
+        add_custom_command(
+            OUTPUT ${object}
+            COMMAND ${WINDRES} -I ${folder} -O res ${script} ${res}
+            COMMAND ${CMAKE_CXX_COMPILER} -c ${assembly} -o ${object}
+            DEPENDS ${script} ${ARGN} ${assembly}
+            VERBATIM)
+    endif()
+    add_custom_target(${name}_object DEPENDS ${object})
+    add_library(${name} INTERFACE)
+    add_dependencies(${name} ${name}_object)
+    set_source_files_properties(${object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
+    target_link_libraries(${name} INTERFACE ${object})
+    target_include_directories(${name} INTERFACE ${folder})
+endfunction()
