@@ -1,0 +1,36 @@
+# expat_headers: where expat.h is. The applet binds the parser library at run time, on both platforms,
+# so nothing links against it; what it finds then is LIBEXPAT.dll beside the programs. On Windows that is
+# built here from the distribution's source package, since no MinGW package carries expat.
+add_library(expat_headers INTERFACE)
+
+if(NOT WIN32)
+    find_path(EXPAT_INCLUDE_DIR expat.h REQUIRED)
+    target_include_directories(expat_headers SYSTEM INTERFACE ${EXPAT_INCLUDE_DIR})
+    return()
+endif()
+
+set(VH_EXPAT_SOURCE ${CMAKE_BINARY_DIR}/expat-source
+    CACHE PATH "expat's source tree; fetched with apt when there is none")
+execute_process(COMMAND ${CMAKE_SOURCE_DIR}/setup/fetch-expat ${VH_EXPAT_SOURCE} COMMAND_ERROR_IS_FATAL ANY)
+
+set(EXPAT_BUILD_DOCS OFF CACHE INTERNAL "")
+set(EXPAT_BUILD_EXAMPLES OFF CACHE INTERNAL "")
+set(EXPAT_BUILD_PKGCONFIG OFF CACHE INTERNAL "")
+set(EXPAT_BUILD_TESTS OFF CACHE INTERNAL "")
+set(EXPAT_BUILD_TOOLS OFF CACHE INTERNAL "")
+set(EXPAT_ENABLE_INSTALL OFF CACHE INTERNAL "")
+# expat's own CMake defines XML_DTD without a value, which the distribution's patches compare; so it is
+# defined here instead, with the value that it has in the distribution's build.
+set(EXPAT_DTD OFF CACHE INTERNAL "")
+add_subdirectory(${VH_EXPAT_SOURCE} ${CMAKE_BINARY_DIR}/expat EXCLUDE_FROM_ALL)
+target_compile_definitions(expat PRIVATE XML_DTD=1)
+set_target_properties(expat PROPERTIES
+    PREFIX ""
+    OUTPUT_NAME LIBEXPAT
+    SUFFIX .dll
+    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
+    EXCLUDE_FROM_ALL FALSE)
+target_link_options(expat PRIVATE -s -Wl,--nxcompat -Wl,--dynamicbase)
+target_include_directories(expat_headers SYSTEM INTERFACE ${VH_EXPAT_SOURCE}/lib)
+# Whoever reads the headers wants the library beside its program.
+add_dependencies(expat_headers expat)
