@@ -1,0 +1,32 @@
+// The convention by which a Control Panel applet library is driven.
+#pragma once
+
+#include "windef.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define CPL_INIT 1
+#define CPL_GETCOUNT 2
+#define CPL_INQUIRE 3
+#define CPL_SELECT 4
+#define CPL_DBLCLK 5
+#define CPL_STOP 6
+#define CPL_EXIT 7
+#define CPL_NEWINQUIRE 8
+#define CPL_STARTWPARMSA 9
+#define CPL_STARTWPARMS CPL_STARTWPARMSA
+
+typedef LONG(APIENTRY* APPLET_PROC)(HWND window, UINT message, LPARAM lParam1, LPARAM lParam2);
+
+typedef struct tagCPLINFO {
+    int idIcon;
+    int idName;
+    int idInfo;
+    LONG_PTR lData;
+} CPLINFO, *LPCPLINFO;
+
+#ifdef __cplusplus
+}
+#endif
