@@ -1,0 +1,76 @@
+// Sockets. The calls are real ones, under Windows' names and with Windows' error numbers; a broken
+// connection is an error of the call and never a signal.
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include "windef.h"
+
+using SOCKET = UINT_PTR;
+using SOCKADDR = sockaddr;
+using SOCKADDR_IN = sockaddr_in;
+
+#define INVALID_SOCKET ((SOCKET)(~0))
+#define SOCKET_ERROR (-1)
+#define SD_RECEIVE 0
+#define SD_SEND 1
+#define SD_BOTH 2
+
+#define WSAEINTR 10004
+#define WSAEBADF 10009
+#define WSAEACCES 10013
+#define WSAEINVAL 10022
+#define WSAEMFILE 10024
+#define WSAEWOULDBLOCK 10035
+#define WSAEINPROGRESS 10036
+#define WSAENOTSOCK 10038
+#define WSAEMSGSIZE 10040
+#define WSAEPROTONOSUPPORT 10043
+#define WSAEADDRINUSE 10048
+#define WSAEADDRNOTAVAIL 10049
+#define WSAENETUNREACH 10051
+#define WSAECONNABORTED 10053
+#define WSAECONNRESET 10054
+#define WSAENOBUFS 10055
+#define WSAEISCONN 10056
+#define WSAENOTCONN 10057
+#define WSAESHUTDOWN 10058
+#define WSAETIMEDOUT 10060
+#define WSAECONNREFUSED 10061
+#define WSAEHOSTUNREACH 10065
+#define WSANOTINITIALISED 10093
+
+struct WSADATA {
+    WORD wVersion;
+    WORD wHighVersion;
+    unsigned short iMaxSockets;
+    unsigned short iMaxUdpDg;
+    char* lpVendorInfo;
+    char szDescription[257];
+    char szSystemStatus[129];
+};
+using LPWSADATA = WSADATA*;
+
+// Every call below but these needs one WSAStartup that WSACleanup has not taken back.
+int WSAStartup(WORD version, LPWSADATA data);
+int WSACleanup();
+int WSAGetLastError();
+
+// The system's own socket() has the same parameters, so that a second name is needed.
+SOCKET WinSocket(int family, int type, int protocol);
+#define socket(family, type, protocol) WinSocket(family, type, protocol)
+
+int setsockopt(SOCKET socket, int level, int option, const char* value, int size);
+int bind(SOCKET socket, const sockaddr* address, int size);
+int listen(SOCKET socket, int backlog);
+SOCKET accept(SOCKET socket, sockaddr* address, int* size);
+int getsockname(SOCKET socket, sockaddr* address, int* size);
+int connect(SOCKET socket, const sockaddr* address, int size);
+int send(SOCKET socket, const char* data, int size, int flags);
+int sendto(SOCKET socket, const char* data, int size, int flags, const sockaddr* address,
+           int addressSize);
+int recv(SOCKET socket, char* data, int size, int flags);
+int shutdown(SOCKET socket, int how);
+int closesocket(SOCKET socket);
