@@ -1,0 +1,145 @@
+// The XML parser as a base class, and the scope of its library.
+#pragma once
+
+#include <climits>
+#include <cstring>
+#include <exception>
+#include <utility>
+
+#include "ExpatLibrary.h"
+
+// Owns one parser and routes its events to the members of the derived class T:
+//
+//     void OnStartElement(const char* tag, const char** attributes);  // name, value, ..., null
+//     void OnEndElement();
+//     void OnCharacterData(const char* data, int length);             // not NUL-terminated
+//     void OnComment(const char* text);
+//     void OnDefault(const char* data, int length);
+//
+// All strings are UTF-8. The handlers run inside Parse, on its thread, and may throw: nothing
+// unwinds through the parser's own frames, no further handler runs, and Parse throws it again.
+// An object serves one thread at a time.
+template <class T>
+class CExpatImpl {
+public:
+    CExpatImpl() = default;
+    CExpatImpl(const CExpatImpl&) = delete;
+    CExpatImpl& operator=(const CExpatImpl&) = delete;
+    virtual ~CExpatImpl() { Destroy(); }
+
+    // Makes the parser, in place of a former one, with all handlers on. A null or empty encoding
+    // leaves it to the document, a null or empty separator means no namespace processing. False if
+    // the parser or its library cannot be had; then nothing but Create and Destroy may be called.
+    bool Create(const char* encoding, const char* separator) {
+        Destroy();
+        const ExpatFunctions* const expat = hlx_expatFunctions();
+        if (!expat) return false;
+        m_p = expat->ParserCreate_MM(NullIfEmpty(encoding), nullptr, NullIfEmpty(separator));
+        if (!m_p) return false;
+        EnableHandlers();
+        expat->SetUserData(m_p, this);
+        return true;
+    }
+
+    // Parses a piece of `length` bytes; a negative length means up to the terminating NUL. False
+    // if the parser rejected it.
+    bool Parse(const char* text, int length, bool isFinal) {
+        hlx_guardParser(m_p, 156);
+        if (length < 0) {
+            const std::size_t measured = std::strlen(text);
+            if (measured > INT_MAX) return false;
+            length = static_cast<int>(measured);
+        }
+        const XML_Status status = hlx_expatFunctions()->Parse(m_p, text, length, isFinal);
+        if (m_thrown) std::rethrow_exception(std::exchange(m_thrown, nullptr));
+        return status != XML_STATUS_ERROR;
+    }
+
+    // Frees the parser, if there is one.
+    void Destroy() {
+        if (m_p) hlx_expatFunctions()->ParserFree(m_p);
+        m_p = nullptr;
+    }
+
+    void EnableHandlers() {
+        EnableStartElementHandler(true);
+        EnableEndElementHandler(true);
+        EnableCharacterDataHandler(true);
+        EnableDefaultHandler(true, true);
+        EnableCommentHandler(true);
+    }
+
+    void EnableStartElementHandler(bool on) {
+        hlx_guardParser(m_p, 222);
+        hlx_expatFunctions()->SetStartElementHandler(m_p, on ? &StartElement : nullptr);
+    }
+
+    void EnableEndElementHandler(bool on) {
+        hlx_guardParser(m_p, 230);
+        hlx_expatFunctions()->SetEndElementHandler(m_p, on ? &EndElement : nullptr);
+    }
+
+    void EnableCharacterDataHandler(bool on) {
+        hlx_guardParser(m_p, 247);
+        hlx_expatFunctions()->SetCharacterDataHandler(m_p, on ? &CharacterData : nullptr);
+    }
+
+    void EnableCommentHandler(bool on) {
+        hlx_guardParser(m_p, 265);
+        hlx_expatFunctions()->SetCommentHandler(m_p, on ? &Comment : nullptr);
+    }
+
+    // `expand`: references to internal entities go to the character data handler instead.
+    void EnableDefaultHandler(bool on, bool expand) {
+        hlx_guardParser(m_p, 300);
+        const ExpatFunctions& expat = *hlx_expatFunctions();
+        (expand ? expat.SetDefaultHandlerExpand : expat.SetDefaultHandler)(m_p,
+                                                                           on ? &Default : nullptr);
+    }
+
+protected:
+    XML_Parser m_p = nullptr;
+
+private:
+    static const char* NullIfEmpty(const char* text) { return text && *text ? text : nullptr; }
+
+    // Calls a handler of the derived class, and holds what it throws.
+    template <class Handler>
+    static void Route(void* user, Handler handler) {
+        auto* const self = static_cast<CExpatImpl*>(user);
+        if (self->m_thrown) return;
+        try {
+            handler(static_cast<T&>(*self));
+        } catch (...) {
+            self->m_thrown = std::current_exception();
+        }
+    }
+
+    static void XMLCALL StartElement(void* user, const char* tag, const char** attributes) {
+        Route(user, [=](T& target) { target.OnStartElement(tag, attributes); });
+    }
+    static void XMLCALL EndElement(void* user, const char*) {
+        Route(user, [](T& target) { target.OnEndElement(); });
+    }
+    static void XMLCALL CharacterData(void* user, const char* data, int length) {
+        Route(user, [=](T& target) { target.OnCharacterData(data, length); });
+    }
+    static void XMLCALL Comment(void* user, const char* text) {
+        Route(user, [=](T& target) { target.OnComment(text); });
+    }
+    static void XMLCALL Default(void* user, const char* data, int length) {
+        Route(user, [=](T& target) { target.OnDefault(data, length); });
+    }
+
+    std::exception_ptr m_thrown;  // what a handler threw, until Parse throws it again
+};
+
+// Keeps the parser's library in memory no longer than itself: the library comes in with the first
+// parser, and goes when the scope ends. Every parser has to be destroyed before.
+class CHlxExpatWrapper {
+public:
+    CHlxExpatWrapper() = default;
+    CHlxExpatWrapper(const CHlxExpatWrapper&) = delete;
+    CHlxExpatWrapper& operator=(const CHlxExpatWrapper&) = delete;
+    virtual ~CHlxExpatWrapper() { hlx_unloadExpat(); }
+};

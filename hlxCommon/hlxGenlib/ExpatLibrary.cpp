@@ -1,0 +1,71 @@
+#include "ExpatLibrary.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "hlxAgentKey.h"
+
+namespace {
+
+constexpr char kFileName[] = "LIBEXPAT.dll";
+
+HMODULE g_library;
+ExpatFunctions g_functions;
+
+HMODULE FindLibrary() {
+    if (const HMODULE found = LoadLibraryA(kFileName)) return found;
+    std::string path = hlx_agentDirectory();
+    if (!path.empty() && path.back() != '\\') path += '\\';
+    return LoadLibraryA((path + kFileName).c_str());
+}
+
+template <class Function>
+bool Bind(HMODULE library, const char* name, Function& function) {
+    using AnyFunction = void (*)();  // the type from which a compiler lets every other one be made
+    function =
+        reinterpret_cast<Function>(reinterpret_cast<AnyFunction>(GetProcAddress(library, name)));
+    return function != nullptr;
+}
+
+bool BindAll(HMODULE library, ExpatFunctions& to) {
+    return Bind(library, "XML_ParserCreate_MM", to.ParserCreate_MM) &&
+           Bind(library, "XML_ParserFree", to.ParserFree) && Bind(library, "XML_Parse", to.Parse) &&
+           Bind(library, "XML_SetUserData", to.SetUserData) &&
+           Bind(library, "XML_SetStartElementHandler", to.SetStartElementHandler) &&
+           Bind(library, "XML_SetEndElementHandler", to.SetEndElementHandler) &&
+           Bind(library, "XML_SetCharacterDataHandler", to.SetCharacterDataHandler) &&
+           Bind(library, "XML_SetCommentHandler", to.SetCommentHandler) &&
+           Bind(library, "XML_SetDefaultHandler", to.SetDefaultHandler) &&
+           Bind(library, "XML_SetDefaultHandlerExpand", to.SetDefaultHandlerExpand);
+}
+
+}  // namespace
+
+const ExpatFunctions* hlx_expatFunctions() {
+    if (g_library) return &g_functions;
+    const HMODULE library = FindLibrary();
+    if (!library) return nullptr;
+    if (!BindAll(library, g_functions)) {
+        FreeLibrary(library);
+        return nullptr;
+    }
+    g_library = library;
+    return &g_functions;
+}
+
+void hlx_unloadExpat() {
+    if (!g_library) return;
+    FreeLibrary(g_library);
+    g_library = nullptr;
+    g_functions = {};
+}
+
+void hlx_guardParser(XML_Parser parser, int line) {
+    if (parser) return;
+    std::fprintf(stderr, "Assertion failed: %s, file %s, line %d\n", "m_p != NULL",
+                 "hlxCommon\\hlxGenlib\\ExpatImpl", line);
+    std::abort();
+}

@@ -1,0 +1,29 @@
+// The XML parser's library in memory: bound on demand, given back when asked.
+//
+// The functions are bound together at the first use after a start or an unload, from LIBEXPAT.dll
+// where the platform's search finds it, else from the agent's directory. One thread at a time.
+#pragma once
+
+#include <expat.h>
+
+struct ExpatFunctions {
+    decltype(&XML_ParserCreate_MM) ParserCreate_MM;
+    decltype(&XML_ParserFree) ParserFree;
+    decltype(&XML_Parse) Parse;
+    decltype(&XML_SetUserData) SetUserData;
+    decltype(&XML_SetStartElementHandler) SetStartElementHandler;
+    decltype(&XML_SetEndElementHandler) SetEndElementHandler;
+    decltype(&XML_SetCharacterDataHandler) SetCharacterDataHandler;
+    decltype(&XML_SetCommentHandler) SetCommentHandler;
+    decltype(&XML_SetDefaultHandler) SetDefaultHandler;
+    decltype(&XML_SetDefaultHandlerExpand) SetDefaultHandlerExpand;
+};
+
+// Gives the functions, valid until the next unload; null if the library or one of them is missing.
+const ExpatFunctions* hlx_expatFunctions();
+
+// Unloads the library, if it is loaded. No parser may be left.
+void hlx_unloadExpat();
+
+// Ends the process with a message if `parser` is null: a null parser must never reach the library.
+void hlx_guardParser(XML_Parser parser, int line);

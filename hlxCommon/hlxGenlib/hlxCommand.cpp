@@ -1,0 +1,190 @@
+#include "hlxCommand.h"
+
+#include <winsock2.h>
+#include <windows.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "hlxAgentKey.h"
+#include "hlxBigEndian.h"
+#include "hlxComposite.h"
+
+std::atomic<std::int32_t> g_useTcp{-1};
+
+namespace {
+
+constexpr int kSendBufferSize = 20000;  // bytes
+constexpr int kSendAttempts = 100;      // of a datagram that would block or was interrupted
+constexpr DWORD kTcpLingerTime = 1000;  // milliseconds between the frame and the end of sending
+
+// A frame in memory; empty if there was none for it.
+class Frame {
+public:
+    Frame(std::uint32_t command, const std::uint8_t* payload, std::uint32_t length) {
+        if (length > INT_MAX - kHlxFrameHeaderSize) return;  // the sockets count in int
+        m_bytes.reset(static_cast<std::uint8_t*>(std::malloc(kHlxFrameHeaderSize + length)));
+        if (!m_bytes) return;
+        hlx_storeBig32(m_bytes.get(), command);
+        hlx_storeBig32(m_bytes.get() + 4, length);
+        std::memcpy(m_bytes.get() + kHlxFrameHeaderSize, payload, length);
+        m_size = static_cast<int>(kHlxFrameHeaderSize + length);
+    }
+
+    bool IsEmpty() const { return m_size == 0; }
+    const char* Bytes() const { return reinterpret_cast<const char*>(m_bytes.get()); }
+    int Size() const { return m_size; }
+
+private:
+    std::unique_ptr<std::uint8_t, decltype(&std::free)> m_bytes{nullptr, &std::free};
+    int m_size = 0;
+};
+
+class Socket {
+public:
+    explicit Socket(int type) : m_socket(socket(AF_INET, type, 0)) {}
+    ~Socket() {
+        if (IsOpen()) closesocket(m_socket);
+    }
+    Socket(const Socket&) = delete;
+    Socket& operator=(const Socket&) = delete;
+
+    bool IsOpen() const { return m_socket != INVALID_SOCKET; }
+    SOCKET Handle() const { return m_socket; }
+
+private:
+    SOCKET m_socket;
+};
+
+sockaddr_in LocalAddress(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
+const sockaddr* Generic(const sockaddr_in& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+// Under the numbers of the C library as well as under those of the sockets.
+bool IsWorthRepeating(int error) {
+    return error == WSAEWOULDBLOCK || error == WSAEINTR || error == EAGAIN || error == EINTR;
+}
+
+HlxResult SendDatagram(std::uint16_t port, const Frame& frame, std::int32_t& error) {
+    const Socket socket(SOCK_DGRAM);
+    if (!socket.IsOpen()) {
+        error = WSAGetLastError();
+        return HLX_SOCKET_FAILED;
+    }
+    setsockopt(socket.Handle(), SOL_SOCKET, SO_SNDBUF,
+               reinterpret_cast<const char*>(&kSendBufferSize), sizeof kSendBufferSize);
+    const sockaddr_in address = LocalAddress(port);
+    for (int attempt = 0; attempt < kSendAttempts; ++attempt) {
+        if (sendto(socket.Handle(), frame.Bytes(), frame.Size(), 0, Generic(address),
+                   sizeof address) != SOCKET_ERROR)
+            return HLX_DONE;
+        error = WSAGetLastError();
+        if (!IsWorthRepeating(error)) break;
+    }
+    return HLX_SOCKET_FAILED;
+}
+
+HlxResult SendStream(std::uint16_t port, const Frame& frame, std::int32_t& error) {
+    const Socket socket(SOCK_STREAM);
+    const sockaddr_in address = LocalAddress(port);
+    const auto send = [&] {
+        if (::send(socket.Handle(), frame.Bytes(), frame.Size(), 0) == SOCKET_ERROR) return false;
+        Sleep(kTcpLingerTime);
+        return true;
+    };
+    if (socket.IsOpen() &&
+        connect(socket.Handle(), Generic(address), sizeof address) != SOCKET_ERROR && send() &&
+        shutdown(socket.Handle(), SD_SEND) != SOCKET_ERROR)
+        return HLX_DONE;
+    error = WSAGetLastError();
+    return HLX_SOCKET_FAILED;
+}
+
+// Makes the frame and has `transport` send it.
+HlxResult SendFrame(HlxResult (*transport)(std::uint16_t, const Frame&, std::int32_t&),
+                    std::uint16_t port, std::uint32_t command, const std::uint8_t* payload,
+                    std::uint32_t length, std::int32_t* error) {
+    if (!payload || length == 0) return HLX_REFUSED;
+    const Frame frame(command, payload, length);
+    if (frame.IsEmpty()) return HLX_NO_MEMORY;
+    std::int32_t socketError = 0;
+    const HlxResult result = transport(port, frame, socketError);
+    if (error) *error = socketError;
+    return result;
+}
+
+// What the public operations have in common: their result is the socket error alone.
+std::int32_t Send(HlxCommand command, const void* payload, std::uint32_t length) {
+    std::int32_t error = 0;
+    hlx_sendCommand(kHlxUdpPort, command, static_cast<const std::uint8_t*>(payload), length,
+                    &error);
+    return error;
+}
+
+std::int32_t SendBare(HlxCommand command) {
+    constexpr std::uint8_t kZeros[kHlxBarePayloadSize] = {};
+    return Send(command, kZeros, sizeof kZeros);
+}
+
+}  // namespace
+
+std::int32_t hlx_useTcp() {
+    if (const std::int32_t known = g_useTcp; known != -1) return known;
+    const std::optional<std::int32_t> setting = hlx_readUseTcp();
+    if (!setting) return -1;
+    g_useTcp = *setting;
+    return *setting;
+}
+
+HlxResult hlx_sendCommand(std::uint16_t port, std::uint32_t command, const std::uint8_t* payload,
+                          std::uint32_t length, std::int32_t* error) {
+    if (hlx_useTcp() == 1) return hlx_sendCommandTcp(kHlxTcpPort, command, payload, length, error);
+    return SendFrame(SendDatagram, port, command, payload, length, error);
+}
+
+HlxResult hlx_sendCommandTcp(std::uint16_t port, std::uint32_t command, const std::uint8_t* payload,
+                             std::uint32_t length, std::int32_t* error) {
+    return SendFrame(SendStream, port, command, payload, length, error);
+}
+
+std::int32_t hlx_sendCommand2() { return SendBare(HLX_COMMAND_2); }
+std::int32_t hlx_requestReassess() { return SendBare(HLX_COMMAND_REASSESS); }
+std::int32_t hlx_sendCommand5() { return SendBare(HLX_COMMAND_5); }
+std::int32_t hlx_sendCommand6() { return SendBare(HLX_COMMAND_6); }
+std::int32_t hlx_requestDownload() { return SendBare(HLX_COMMAND_DOWNLOAD); }
+std::int32_t hlx_sendCommand12() { return SendBare(HLX_COMMAND_12); }
+std::int32_t hlx_sendCommand13() { return SendBare(HLX_COMMAND_13); }
+
+std::int32_t hlx_sendRecord8(const void* record) {
+    return record ? Send(HLX_COMMAND_RECORD_8, record, kHlxRecord8Size) : HLX_REFUSED;
+}
+
+std::int32_t hlx_sendRecord9(const void* record) {
+    return record ? Send(HLX_COMMAND_RECORD_9, record, kHlxRecord9Size) : HLX_REFUSED;
+}
+
+std::int32_t hlx_sendText(const char* text) {
+    return Send(HLX_COMMAND_TEXT, text, static_cast<std::uint32_t>(std::strlen(text) + 1));
+}
+
+std::int32_t hlx_sendComposite(std::uint32_t length1, const std::uint8_t* blob1,
+                               std::uint32_t length2, const std::uint8_t* blob2,
+                               std::uint32_t length3, const std::uint8_t* blob3) {
+    std::uint32_t size = 0;
+    std::int32_t error = 0;
+    const std::unique_ptr<std::uint8_t, decltype(&std::free)> message(
+        hlx_buildComposite(length1, blob1, length2, blob2, length3, blob3, &size, &error),
+        &std::free);
+    return message ? Send(HLX_COMMAND_COMPOSITE, message.get(), size) : error;
+}

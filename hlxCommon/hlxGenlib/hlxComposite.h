@@ -1,0 +1,41 @@
+// The composite message, the payload of command 3: two blobs and perhaps a third behind a header of
+// big-endian numbers.
+//
+//     offset  size
+//          0     4   length of blob 1
+//          4     4   length of blob 2
+//          8     4   offset of blob 2 from byte 20
+//         12     4   length of blob 3, 0 if there is none
+//         16     4   offset of blob 3 from byte 20, 0 if there is none
+//         20         blob 1, blob 2, a zero byte, blob 3, four zero bytes
+#pragma once
+
+#include <cstdint>
+
+#include "hlxResult.h"
+
+constexpr std::uint32_t kHlxCompositeHeaderSize = 20;
+
+// Gives the message in a new block of `*size` bytes, to be released with free, and stores 0 in
+// `*error`. Gives null, with 1 in `*error` if it is there, if blob 1 or 2 is empty, an
+// out-parameter is missing or there is no memory. Blob 3 is left out if its length is 0 or its
+// pointer null; its length counts for the size all the same.
+std::uint8_t* hlx_buildComposite(std::uint32_t length1, const std::uint8_t* blob1,
+                                 std::uint32_t length2, const std::uint8_t* blob2,
+                                 std::uint32_t length3, const std::uint8_t* blob3,
+                                 std::uint32_t* size, std::int32_t* error);
+
+// Finds the blobs of a message of `size` bytes from anywhere: pointers into the message, null for a
+// blob 3 that is not there. Gives 0; or HLX_REFUSED, with nothing handed out, if a pointer is null
+// or a blob does not lie within the message.
+HlxResult hlx_parseCompositeChecked(const std::uint8_t* message, std::uint32_t size,
+                                    std::uint32_t* length1, const std::uint8_t** blob1,
+                                    std::uint32_t* length2, const std::uint8_t** blob2,
+                                    std::uint32_t* length3, const std::uint8_t** blob3);
+
+// The same for a message that is known to be sound: what it says of its blobs is not checked. The
+// out-parameters of blob 3 may be null.
+HlxResult hlx_parseComposite(const std::uint8_t* message, std::uint32_t* length1,
+                             const std::uint8_t** blob1, std::uint32_t* length2,
+                             const std::uint8_t** blob2, std::uint32_t* length3,
+                             const std::uint8_t** blob3);

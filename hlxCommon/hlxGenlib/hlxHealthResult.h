@@ -1,0 +1,44 @@
+// The reader of a health notification: an XML document in UTF-8 becomes plain values.
+#pragma once
+
+#include <cstdint>
+
+#include "hlxResult.h"
+
+// Health states.
+enum HlxHealthState : std::uint32_t {
+    HLX_HEALTH_UNKNOWN = 0,
+    HLX_HEALTH_LOW = 1,
+    HLX_HEALTH_MEDIUM = 2,
+    HLX_HEALTH_HIGH = 3
+};
+
+// Parses the document `text`, NUL-terminated and never null, and hands out what it holds.
+//
+// Any out-parameter may be null. What the document does not hold leaves its out-parameter alone, so
+// the caller sets all of them to zero before. Only the first element of each name counts, wherever
+// it stands; `RestrictIP` may repeat, each right behind the other.
+//
+//     autoInstall, enabled, displayHealthIcon    0 or 1
+//     healthState                                an HlxHealthState
+//     rawResult                                  the text of the element HLXHealthResult
+//     message, messagePopup                      the text of Message; whether to show it in a box
+//     browserUrl, browserPopup                   the page of Browser; whether to open it
+//     restrictCount, restrictAddresses           the count of addresses, twice that of the ranges;
+//                                                first and last address of each range in turn, in
+//                                                network byte order, both 0 for an unusable range
+//
+// The texts and the array are new guarded blocks, which belong to the caller from then on whatever
+// the result, and go back through hlxfree. Without memory for the message, the url or the addresses
+// a null is handed out.
+//
+// Codes: 0, also for a document that holds none of this; HLX_NO_MEMORY if there was none for the
+// raw result; HLX_NOT_PARSED with nothing handed out, also if the parser is not available;
+// HLX_EXCEPTION, with what was handed out until then. Throws nothing. Any thread may call as long
+// as no other one parses, since the parser's library is shared (CHlxExpatWrapper in ExpatImpl.h).
+HlxResult hlx_parseHealthResult(const char* text, std::uint32_t* autoInstall,
+                                std::uint32_t* enabled, std::uint32_t* healthState,
+                                std::uint32_t* displayHealthIcon, char** rawResult, char** message,
+                                std::uint32_t* messagePopup, char** browserUrl,
+                                std::uint32_t* browserPopup, std::uint32_t* restrictCount,
+                                std::uint32_t** restrictAddresses);

@@ -1,0 +1,130 @@
+// The trace log of the common code.
+//
+// A host makes a context, gives it sinks and installs it as the default; every statement of the
+// common code goes there. While there is no default context a statement does nothing at all.
+//
+//     std::int32_t level = 1;
+//     std::uint32_t mask = HLX_AREA_INTEGRITY;
+//     std::string path = "daemon.log";
+//     hlx_logReadEnv("HLX_DAEMON", &level, &mask, path);
+//     HlxLogContext* log = nullptr;
+//     if (hlx_logCreate(&log, "daemon", 0, HLX_LOG_TIME | HLX_LOG_PROGNAME) == HLX_DONE) {
+//         hlx_logSetLevel(log, level);
+//         hlx_logSetMask(log, mask);
+//         hlx_logAddSink(log, HLX_SINK_FILE, path.c_str());
+//         hlx_logSetDefault(log);
+//     }
+//     ...
+//     hlx_logSetDefault(nullptr);
+//     hlx_logDestroy(log);
+//
+// Any thread may write statements, without a lock: a line is formed on the stack of its thread and
+// goes to each sink in one piece. The host makes the context and its sinks before other threads
+// start, rotates and destroys while no other thread writes.
+#pragma once
+
+#include <cstdarg>
+#include <cstdint>
+#include <string>
+
+#include "hlxResult.h"
+
+struct HlxLogSink;     // what a sink keeps while it is open; its own
+struct HlxLogSinkOps;  // the operations of a kind of sink; the library's own
+
+// Options of a context: what a line begins with, in this order, and how files are opened.
+enum HlxLogOption : std::uint32_t {
+    HLX_LOG_DATE = 0x01,         // "2026-11-18 ", local
+    HLX_LOG_TIME = 0x02,         // "06:15:08 ", local
+    HLX_LOG_LINE_NUMBER = 0x04,  // lines formed before this one, six wide
+    HLX_LOG_PROGNAME = 0x08,     // the program name, first in the line
+    HLX_LOG_PID = 0x10,          // "[4412] "
+    HLX_LOG_TRUNCATE = 0x10000   // a file sink empties its file instead of adding to it
+};
+
+// Mask bits: which area of the common code a statement belongs to.
+enum HlxLogArea : std::uint32_t {
+    HLX_AREA_ALLOCATION = 0x04,        // results of allocation and the allocator's report
+    HLX_AREA_SWCACHE = 0x08,           // errors of the software-update cache file
+    HLX_AREA_INTEGRITY = 0x10,         // damaged blocks and block addresses; the default mask
+    HLX_AREA_ALLOCATION_TRACE = 0x40,  // entry and exit of the allocator
+    HLX_AREA_XML = 0x200,              // XML elements and character data
+    HLX_AREA_XML_OTHER = 0x400         // XML comments and everything else
+};
+
+// Kinds of sink, with the argument that hlx_logAddSink takes for each.
+enum HlxLogSinkType : std::int32_t {
+    HLX_SINK_EVENT_LOG = 0,  // none; the program name is the event source's name
+    HLX_SINK_CONSOLE = 1,    // std::int32_t*: other than 0 is stdout; 0 or a null pointer is stderr
+    HLX_SINK_FILE = 2        // char*: the file's path
+};
+
+constexpr std::int32_t kHlxMaximumLogLevel = 7;
+constexpr std::int32_t kHlxLongestLogLine = 511;  // bytes, without the terminating zero
+
+struct HlxLogSlot {
+    std::int32_t type;  // HlxLogSinkType
+    std::uint32_t state;
+    HlxLogSink* sink;
+    const HlxLogSinkOps* ops;
+};
+
+struct HlxLogContext {
+    HlxLogSlot* slots;
+    std::int32_t slot_count;
+    std::int32_t level;  // the highest level that passes; a lower number is more severe
+    std::uint32_t mask;  // bits that a statement's mask has to meet
+    char* progname;      // null if none was given
+    std::uint32_t pid;
+    std::uint32_t line_count;  // counted by any thread, through std::atomic_ref
+    std::uint32_t flags;       // HlxLogOption bits
+};
+
+// Makes a context of level 1 and mask HLX_AREA_INTEGRITY, without sinks but with room for
+// `slotCount` of them, 3 at least. `progname` may be null. Codes: 0, HLX_REFUSED without `context`,
+// HLX_NO_MEMORY. The caller gives the context to hlx_logDestroy in the end.
+HlxResult hlx_logCreate(HlxLogContext** context, const char* progname, std::int32_t slotCount,
+                        std::uint32_t flags);
+
+// Closes all sinks and releases the context; null is ignored.
+void hlx_logDestroy(HlxLogContext* context);
+
+// Opens a sink, which stays until the context is destroyed. A file of 200 MiB or more is rotated
+// first: it becomes the file of the same name with ".rotate" behind it, in place of an older one.
+// Codes: 0; HLX_REFUSED for a null context, an unknown type or a null path; HLX_NO_SLOTS;
+// HLX_NO_MEMORY also when no slot is free; HLX_NOT_OPENED.
+HlxResult hlx_logAddSink(HlxLogContext* context, std::int32_t type, const void* argument);
+
+// Rotates the file sinks of a running log whose file has grown beyond 200 MiB; `path` is the path
+// they were opened with. A file that cannot be opened afresh leaves the log. Gives 1 if a file was
+// rotated, else 0. The library never calls it by itself.
+std::int32_t hlx_logRotate(HlxLogContext* context, const char* path);
+
+// Take effect at the next statement. A null context is ignored, and has level and mask 0.
+void hlx_logSetLevel(HlxLogContext* context, std::int32_t level);
+void hlx_logSetMask(HlxLogContext* context, std::uint32_t mask);
+std::int32_t hlx_logGetLevel(const HlxLogContext* context);
+std::uint32_t hlx_logGetMask(const HlxLogContext* context);
+
+// Gives the level, or kHlxMaximumLogLevel if it is above that or negative.
+std::int32_t hlx_logClampLevel(std::int32_t level);
+
+// Reads the host's settings from the environment variables `prefix` + "_TRACE_PATH",
+// "_TRACE_LEVEL" (clamped) and "_TRACE_MASK"; a null or empty prefix means "HLX_DAEMON". Numbers
+// are decimal, 0x hexadecimal or 0 octal, and 0 if they are none. What is unset or empty leaves the
+// caller's value alone; null pointers are not wanted. Nothing is applied to a context.
+void hlx_logReadEnv(const char* prefix, std::int32_t* level, std::uint32_t* mask,
+                    std::string& path);
+
+// Writes a line, formatted as by printf, to every sink of the context if `level` is not above the
+// context's and `mask` meets the context's; otherwise nothing is done at all. The line is cut at
+// kHlxLongestLogLine bytes, its prefix included.
+void hlx_log(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
+             ...) __attribute__((format(printf, 4, 5)));
+void hlx_logV(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
+              va_list arguments) __attribute__((format(printf, 4, 0)));
+
+// The context of the common code's statements, null at the start of the process. Setting another
+// does not touch the former one, which stays its maker's.
+HlxLogContext* hlx_logGetDefault();
+void hlx_logSetDefault(HlxLogContext* context);

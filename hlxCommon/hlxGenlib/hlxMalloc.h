@@ -1,0 +1,31 @@
+// Guarded allocation: blocks between two guard zones, counted, and refused at their release when a
+// zone is damaged.
+//
+// What the library hands out to a caller as "a guarded block" comes from here and goes back here.
+// Any thread may call; the messages go to the default log context (hlxLog.h).
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+// The counters of the process, 0 at its start and never reset.
+extern std::atomic<std::int32_t> g_mf_sem;             // blocks outstanding, never below 0
+extern std::atomic<std::uint32_t> g_mf_total_malloc;   // allocations made
+extern std::atomic<std::uint32_t> g_mf_total_free;     // releases made
+extern std::atomic<std::uint32_t> g_mf_failed_malloc;  // allocations refused for want of memory
+extern std::atomic<std::uint32_t> g_mf_zero_malloc;    // requests for 0 bytes
+extern std::atomic<std::uint32_t> g_mf_zero_free;      // releases of a null pointer
+
+// Gives a block of `size` bytes, rounded up to a multiple of 4 and not cleared; null for 0 bytes or
+// if there is no memory. It is aligned for numbers of 64 bits and pointers, not for more.
+void* hlxmalloc(std::uint32_t size);
+
+// Releases a block of hlxmalloc or hlxstrdup. A null pointer is counted and ignored. A block with a
+// damaged zone is reported to the log and stays allocated.
+void hlxfree(void* pointer);
+
+// Gives a guarded copy of a NUL-terminated text, never null itself; null if there is no memory.
+char* hlxstrdup(const char* text);
+
+// Writes the counters to the log: level 3, HLX_AREA_ALLOCATION.
+void hlxmalloc_report();

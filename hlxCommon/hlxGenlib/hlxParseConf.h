@@ -1,0 +1,45 @@
+// An XML text held in memory as one flat list of elements, in the order of their start tags.
+//
+// There are no links between parents and children: an element knows its depth, and text goes to the
+// element that began last. White space at the start of each piece of text that the parser delivers
+// is dropped; it delivers a piece at least for each line and each entity reference.
+//
+//     hlxParseConf tree;
+//     hlxConfElement element;
+//     if (tree.Create("UTF-8", nullptr) && tree.Parse(text, -1, true) &&
+//         tree.FindElement("Enabled", element)) ...
+//
+// An object is used by one thread. Memory running out is thrown as std::bad_alloc.
+#pragma once
+
+#include "ExpatImpl.h"
+#include "hlxConfElement.h"
+
+class hlxParseConf : public CExpatImpl<hlxParseConf> {
+public:
+    // Makes no parser; see CExpatImpl::Create. `source` may be null.
+    explicit hlxParseConf(const char* source = nullptr);
+    ~hlxParseConf() override = default;
+
+    // The lookups copy into `element` and give true, or leave it alone and give false. They share
+    // the cursor: Next goes on from what any of them found last. Tags compare with case.
+    bool GetFirstElement(hlxConfElement& element);
+    bool GetNextElement(hlxConfElement& element);
+    bool FindElement(const char* tag, hlxConfElement& element);
+
+    void OnStartElement(const char* tag, const char** attributes);
+    void OnEndElement();
+    void OnCharacterData(const char* data, int length);
+    void OnComment(const char* text);
+    void OnDefault(const char* data, int length);
+
+    std::string m_source;
+    std::string m_version = "0.0";  // of the root element's attribute, if it has one
+    std::string m_rootTag;
+    std::int32_t m_depth = 0;
+    std::list<hlxConfElement> m_elements;
+    std::list<hlxConfElement>::const_iterator m_cursor;
+
+private:
+    void TakeRoot(const char* tag, const char** attributes);
+};
