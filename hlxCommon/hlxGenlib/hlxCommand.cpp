@@ -77,16 +77,16 @@ bool IsWorthRepeating(int error) {
 }
 
 HlxResult SendDatagram(std::uint16_t port, const Frame& frame, std::int32_t& error) {
-    const Socket socket(SOCK_DGRAM);
-    if (!socket.IsOpen()) {
+    const Socket local(SOCK_DGRAM);
+    if (!local.IsOpen()) {
         error = WSAGetLastError();
         return HLX_SOCKET_FAILED;
     }
-    setsockopt(socket.Handle(), SOL_SOCKET, SO_SNDBUF,
+    setsockopt(local.Handle(), SOL_SOCKET, SO_SNDBUF,
                reinterpret_cast<const char*>(&kSendBufferSize), sizeof kSendBufferSize);
     const sockaddr_in address = LocalAddress(port);
     for (int attempt = 0; attempt < kSendAttempts; ++attempt) {
-        if (sendto(socket.Handle(), frame.Bytes(), frame.Size(), 0, Generic(address),
+        if (sendto(local.Handle(), frame.Bytes(), frame.Size(), 0, Generic(address),
                    sizeof address) != SOCKET_ERROR)
             return HLX_DONE;
         error = WSAGetLastError();
@@ -95,18 +95,17 @@ HlxResult SendDatagram(std::uint16_t port, const Frame& frame, std::int32_t& err
     return HLX_SOCKET_FAILED;
 }
 
+// Sends the frame over a connection to `address`; false at the first call that fails.
+bool Deliver(SOCKET connection, const sockaddr_in& address, const Frame& frame) {
+    if (connect(connection, Generic(address), sizeof address) == SOCKET_ERROR) return false;
+    if (send(connection, frame.Bytes(), frame.Size(), 0) == SOCKET_ERROR) return false;
+    Sleep(kTcpLingerTime);
+    return shutdown(connection, SD_SEND) != SOCKET_ERROR;
+}
+
 HlxResult SendStream(std::uint16_t port, const Frame& frame, std::int32_t& error) {
-    const Socket socket(SOCK_STREAM);
-    const sockaddr_in address = LocalAddress(port);
-    const auto send = [&] {
-        if (::send(socket.Handle(), frame.Bytes(), frame.Size(), 0) == SOCKET_ERROR) return false;
-        Sleep(kTcpLingerTime);
-        return true;
-    };
-    if (socket.IsOpen() &&
-        connect(socket.Handle(), Generic(address), sizeof address) != SOCKET_ERROR && send() &&
-        shutdown(socket.Handle(), SD_SEND) != SOCKET_ERROR)
-        return HLX_DONE;
+    const Socket local(SOCK_STREAM);
+    if (local.IsOpen() && Deliver(local.Handle(), LocalAddress(port), frame)) return HLX_DONE;
     error = WSAGetLastError();
     return HLX_SOCKET_FAILED;
 }
