@@ -1,0 +1,59 @@
+// A dialog or message box of another process, as its user sees it.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+#include <memory>
+#include <string>
+
+std::string TextOf(HWND window);
+
+// A report list of another process. The list's messages carry pointers, so their records and texts
+// are put into that process's memory.
+class RemoteList {
+public:
+    explicit RemoteList(HWND list);
+
+    int Rows() const;
+    int Columns() const;
+    std::string Title(int column) const;
+    std::string Cell(int row, int column) const;
+    int Width(int column) const;
+    // The width of a text in the list's font, in pixels.
+    int WidthOf(const std::string& text) const;
+    // HDF_SORTUP, HDF_SORTDOWN or 0.
+    int Arrow(int column) const;
+    int Selected() const;
+    // A click of the left button on a column's header.
+    void ClickHeader(int column) const;
+
+private:
+    struct Page;  // one page of the other process's memory
+    HWND Header() const;
+
+    HWND list_;
+    std::shared_ptr<Page> page_;
+};
+
+class Dialog {
+public:
+    explicit Dialog(HWND window) : window_(window) {}
+
+    explicit operator bool() const { return window_ != nullptr; }
+    HWND Window() const { return window_; }
+    bool Open() const { return IsWindow(window_); }
+    bool AwaitEnd() const;
+
+    HWND Control(int id) const { return GetDlgItem(window_, id); }
+    std::string Text(int id) const { return TextOf(Control(id)); }
+    bool Shows(int id) const { return IsWindowVisible(Control(id)); }
+    RemoteList List() const;
+
+    // Presses a button and waits until the dialog has gone.
+    bool Press(int id) const;
+    // As its close box does.
+    bool Close() const;
+
+private:
+    HWND window_;
+};

@@ -1,0 +1,162 @@
+// Shows the road of a health result, from the notification file to icon, box and page, and that of
+// a reassess request, from the menu to the daemon's port.
+#include <gtest/gtest.h>
+
+#include "Agent.h"
+#include "Applet.h"
+#include "Assistant.h"
+#include "Waiting.h"
+
+namespace {
+
+constexpr char kBoxCaption[] = "Tessara Link Health";
+constexpr int kBoxText = 0xFFFF;
+
+// Asks for an assessment until a request goes out. One does only when a result has been delivered
+// since the last, so this shows that the applet has looked at the file again.
+bool ReassessGoesOut(const Applet& applet, const Listener& daemon, DWORD limitMs) {
+    return WaitFor(
+        [&] {
+            applet.Choose(kReassess);
+            return daemon.Receive(100) == FrameOf(4);
+        },
+        limitMs);
+}
+
+TEST(Health, EachStateShowsItsBoxAndThenItsIcon) {
+    const Agent agent;
+    agent.Report({.state = "low", .message = "Virus definitions are old."});
+    const Applet applet;
+    const char* const messages[][2] = {
+        {"medium", "One program is out of date."},
+        {"high", "All is well again."},
+        {"unknown", "The machine could not be assessed."},
+    };
+
+    const Dialog low = applet.AwaitDialog(kBoxCaption, kPassLimitMs);
+    EXPECT_EQ(low.Text(kBoxText), "Virus definitions are old.");
+    EXPECT_NE(GetWindowLongA(low.Window(), GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+    TakePicture("box");
+    EXPECT_FALSE(applet.Shows(kHealthIcon)) << "the icon waits for the box";
+    EXPECT_TRUE(low.Press(IDOK));
+    EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPromptLimitMs));
+
+    for (const auto& [state, message] : messages) {
+        agent.Report({.state = state, .message = message});
+        const Dialog box = applet.AwaitDialog(kBoxCaption, kPassLimitMs);
+        EXPECT_EQ(box.Text(kBoxText), message);
+        EXPECT_TRUE(applet.Shows(kHealthIcon));
+        EXPECT_TRUE(box.Press(IDOK));
+    }
+    EXPECT_TRUE(applet.AwaitNoIcon(kHealthIcon, kPromptLimitMs));
+}
+
+TEST(Health, OpensThePageOfTheResult) {
+    const HANDLE opened = CreateEventA(nullptr, TRUE, FALSE, "vh_tray e2e page");
+    const Agent agent;
+    agent.Report({.page = ProgramFolder() + "e2e_page.exe"});
+    const Applet applet;
+    EXPECT_EQ(WaitForSingleObject(opened, kPassLimitMs + kPromptLimitMs), WAIT_OBJECT_0);
+    EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPromptLimitMs));
+    CloseHandle(opened);
+}
+
+TEST(Health, DisabledResultTakesTheIconAway) {
+    const Agent agent;
+    agent.Report({});
+    const Applet applet;
+    ASSERT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
+    agent.Report({.message = "unseen", .enabled = "false"});
+    EXPECT_TRUE(applet.AwaitNoIcon(kHealthIcon, kPassLimitMs));
+    EXPECT_TRUE(applet.Dialogs(kBoxCaption).empty());
+}
+
+TEST(Health, UnusableFilesLeaveTheLastState) {
+    const Listener daemon(Listener::kUdp);
+    const Agent agent;
+    agent.Report({});
+    const Applet applet;
+    ASSERT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
+    ASSERT_TRUE(ReassessGoesOut(applet, daemon, 2 * kPassLimitMs));
+    const std::string whole = HealthReport{.state = "unknown"}.Document();
+    for (const std::string& content : {std::string(), whole.substr(0, whole.size() / 2)}) {
+        agent.Write("healthnotif.txt", content);
+        EXPECT_TRUE(ReassessGoesOut(applet, daemon, 2 * kPassLimitMs));
+        EXPECT_TRUE(applet.Shows(kHealthIcon));
+    }
+    agent.Replace("healthnotif.txt", whole);
+    EXPECT_TRUE(applet.AwaitNoIcon(kHealthIcon, kPassLimitMs));
+}
+
+TEST(Health, FileOfAWriterIsReadOnceTheWriterHasGone) {
+    const Agent agent;
+    agent.Report({});
+    const HANDLE writer =
+        CreateFileA(agent.HealthPath().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(writer, INVALID_HANDLE_VALUE);
+    const Applet applet;
+    EXPECT_FALSE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
+    CloseHandle(writer);
+    agent.Report({});
+    EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
+}
+
+TEST(Health, MissingParserLibraryDropsTheResultAndNoMore) {
+    const Agent agent;
+    const std::string lonely = agent.Directory() + "vh_tray.exe";
+    ASSERT_TRUE(CopyFileA((ProgramFolder() + "vh_tray.exe").c_str(), lonely.c_str(), FALSE));
+    char folder[MAX_PATH];
+    GetCurrentDirectoryA(MAX_PATH, folder);
+    SetCurrentDirectoryA(agent.Directory().c_str());
+    {
+        const Listener daemon(Listener::kUdp);
+        const Applet applet(lonely);
+        agent.Report({});
+        ASSERT_TRUE(ReassessGoesOut(applet, daemon, kPassLimitMs));
+        EXPECT_TRUE(ReassessGoesOut(applet, daemon, 2 * kPassLimitMs)) << "nothing was delivered";
+        EXPECT_FALSE(applet.Shows(kHealthIcon));
+
+        ASSERT_TRUE(CopyFileA((ProgramFolder() + "LIBEXPAT.dll").c_str(),
+                              (agent.Directory() + "LIBEXPAT.dll").c_str(), FALSE));
+        agent.Report({});
+        EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
+    }
+    SetCurrentDirectoryA(folder);
+    EXPECT_TRUE(DeleteFileA(lonely.c_str()));
+}
+
+TEST(Reassess, GoesOutOnceUntilAResultComes) {
+    const Listener daemon(Listener::kUdp);
+    const Agent agent;
+    const Applet applet;
+    applet.Choose(kReassess);
+    EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(4));
+    applet.Choose(kReassess);
+    EXPECT_EQ(daemon.Receive(500), "");
+    agent.Report({});
+    EXPECT_TRUE(ReassessGoesOut(applet, daemon, kPassLimitMs));
+}
+
+TEST(Reassess, GoesByTcpWhenTheAgentSaysSo) {
+    const Agent agent;
+    agent.UseTcp(1);
+    const Listener daemon(Listener::kTcp);
+    const Applet applet;
+    applet.Choose(kReassess);
+    EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(4));
+}
+
+TEST(Reassess, IsAnItemOfTheMenu) {
+    const Listener daemon(Listener::kUdp);
+    const Agent agent;
+    const Applet applet;
+    SetCursorPos(600, 400);
+    applet.RightClick(kHealthIcon);
+    ASSERT_TRUE(WaitFor([&] { return applet.Menu() != nullptr; }, kPromptLimitMs));
+    PostMessageA(applet.Window(), WM_KEYDOWN, 'R', 0);
+    EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(4));
+    EXPECT_EQ(applet.Menu(), nullptr);
+}
+
+}  // namespace

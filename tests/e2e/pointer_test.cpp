@@ -1,0 +1,36 @@
+// Shows that a real pointer on a real icon reaches the applet. Needs an assistant.
+#include <gtest/gtest.h>
+
+#include "Agent.h"
+#include "Applet.h"
+#include "Assistant.h"
+#include "Waiting.h"
+
+namespace {
+
+TEST(Pointer, RightClickOpensTheMenuAndAClickElsewhereClosesIt) {
+    if (!AssistantIsThere()) GTEST_SKIP() << "nobody is there to move the pointer";
+    const Listener daemon(Listener::kUdp);
+    const Agent agent;
+    agent.Report({});
+    const Applet applet;
+    ASSERT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
+    ASSERT_TRUE(AskAssistant("click 3"));
+    ASSERT_TRUE(WaitFor([&] { return applet.Menu() != nullptr; }, kPromptLimitMs));
+    TakePicture("menu");
+    PostMessageA(applet.Window(), WM_KEYDOWN, VK_ESCAPE, 0);
+    EXPECT_TRUE(WaitFor([&] { return applet.Menu() == nullptr; }, kPromptLimitMs));
+}
+
+TEST(Pointer, DoubleClickOpensTheDialogOfATransientIcon) {
+    if (!AssistantIsThere()) GTEST_SKIP() << "nobody is there to move the pointer";
+    const Agent agent;
+    agent.RecordInstall("any.exe", 0);
+    const Applet applet;
+    ASSERT_TRUE(applet.AwaitIcon(kInstalledIcon, kPromptLimitMs));
+    ASSERT_TRUE(AskAssistant("click 1 2"));
+    EXPECT_TRUE(applet.AwaitDialog("Installed Tessara Link Updates").Press(IDYES));
+    EXPECT_TRUE(applet.AwaitNoIcon(kInstalledIcon, kPromptLimitMs));
+}
+
+}  // namespace
