@@ -1,0 +1,34 @@
+// Frames of the command channel in words, for people who look at what the applet sends.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace agent_sim {
+
+using Bytes = std::span<const std::uint8_t>;
+
+// The command number of a frame; nothing if it is shorter than a header.
+std::optional<std::uint32_t> CommandOf(Bytes frame);
+
+// What the frame says, first line first: the command with its name and length, what is wrong with
+// it if anything is, what its payload holds as far as that is known, and all bytes in hexadecimal.
+std::vector<std::string> DescribeFrame(Bytes frame);
+
+// Cuts a stream of bytes into frames.
+class FrameSplitter {
+public:
+    void Append(Bytes bytes);
+    // The next frame that is complete.
+    std::optional<std::vector<std::uint8_t>> Next();
+    // What has come and is no complete frame.
+    Bytes Rest() const { return rest_; }
+
+private:
+    std::vector<std::uint8_t> rest_;
+};
+
+}  // namespace agent_sim

@@ -1,0 +1,87 @@
+#include "HostLog.h"
+
+#include <array>
+#include <stdexcept>
+#include <string_view>
+
+namespace agent_sim {
+namespace {
+
+constexpr std::uint32_t kAgentArea = 0x01;  // a mask bit that the common code leaves free
+
+struct NamedOption {
+    std::string_view name;
+    HlxLogOption bit;
+};
+
+constexpr std::array<NamedOption, 6> kOptions{{{"name", HLX_LOG_PROGNAME},
+                                               {"pid", HLX_LOG_PID},
+                                               {"line", HLX_LOG_LINE_NUMBER},
+                                               {"date", HLX_LOG_DATE},
+                                               {"time", HLX_LOG_TIME},
+                                               {"truncate", HLX_LOG_TRUNCATE}}};
+
+std::uint32_t ParseOptions(std::string_view list) {
+    std::uint32_t bits = 0;
+    while (!list.empty()) {
+        const auto name = list.substr(0, list.find(','));
+        list.remove_prefix(std::min(name.size() + 1, list.size()));
+        std::uint32_t bit = 0;
+        for (const NamedOption& option : kOptions)
+            if (option.name == name) bit = option.bit;
+        if (!bit && name != "none")
+            throw UsageError("'" + std::string(name) + "' is no option of the log");
+        bits |= bit;
+    }
+    return bits;
+}
+
+void AddSink(HlxLogContext* context, HlxLogSinkType type, const void* argument,
+             const std::string& what) {
+    if (hlx_logAddSink(context, type, argument) != HLX_DONE)
+        throw std::runtime_error("cannot log to " + what);
+}
+
+}  // namespace
+
+void Say(Level level, const std::string& line) {
+    hlx_log(hlx_logGetDefault(), level, kAgentArea, "%s", line.c_str());
+}
+
+HostLog::HostLog(Arguments& arguments) {
+    std::int32_t level = kDetail;
+    // The allocator's area stays out: it tells the address of every block.
+    std::uint32_t mask = kAgentArea | HLX_AREA_SWCACHE;
+    hlx_logReadEnv("HLX_DAEMON", &level, &mask, path_);
+    if (const auto wanted = arguments.TakeNumber("--log-level"))
+        level = hlx_logClampLevel(static_cast<std::int32_t>(*wanted));
+    if (const auto wanted = arguments.TakeNumber("--log-mask"))
+        mask = static_cast<std::uint32_t>(*wanted);
+    if (const auto wanted = arguments.TakeValue("--log")) path_ = *wanted;
+    const auto options = ParseOptions(arguments.TakeValue("--log-line").value_or("name,time"));
+    const bool quiet = arguments.TakeFlag("--quiet");
+
+    if (hlx_logCreate(&context_, "agent_sim", 2, options) != HLX_DONE) throw std::bad_alloc();
+    hlx_logSetLevel(context_, level);
+    hlx_logSetMask(context_, mask);
+    try {
+        const std::int32_t toStandardOutput = 1;
+        if (!quiet) AddSink(context_, HLX_SINK_CONSOLE, &toStandardOutput, "the console");
+        if (!path_.empty()) AddSink(context_, HLX_SINK_FILE, path_.c_str(), path_);
+    } catch (...) {
+        hlx_logDestroy(context_);
+        throw;
+    }
+    hlx_logSetDefault(context_);
+}
+
+HostLog::~HostLog() {
+    hlx_logSetDefault(nullptr);
+    hlx_logDestroy(context_);
+}
+
+void HostLog::Rotate() {
+    if (!path_.empty()) hlx_logRotate(context_, path_.c_str());
+}
+
+}  // namespace agent_sim

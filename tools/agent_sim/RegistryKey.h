@@ -1,0 +1,43 @@
+// A registry key under HKEY_LOCAL_MACHINE that the stand-in writes.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace agent_sim {
+
+class RegistryKey {
+public:
+    // Opens the key, and makes it if it is missing. Throws std::runtime_error if that fails.
+    explicit RegistryKey(const char* path);
+    ~RegistryKey() { RegCloseKey(key_); }
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+
+    // The empty name is the key's default value. The setters throw std::runtime_error on failure.
+    void SetText(const std::string& name, const std::string& text);
+    void SetNumber(const std::string& name, std::uint32_t number);
+    void SetBytes(const std::string& name, std::span<const std::uint8_t> bytes);
+
+    // Nothing if the value is missing or of another type.
+    std::optional<std::string> Text(const std::string& name) const;
+    std::optional<std::uint32_t> Number(const std::string& name) const;
+    std::vector<std::uint8_t> Bytes(const std::string& name) const;
+
+    std::vector<std::string> ValueNames() const;
+    void DeleteAllValues();
+
+private:
+    void Set(const std::string& name, DWORD type, const void* data, std::size_t size);
+    std::optional<std::vector<std::uint8_t>> Get(const std::string& name, DWORD type) const;
+
+    std::string path_;
+    HKEY key_ = nullptr;
+};
+
+}  // namespace agent_sim
