@@ -1,0 +1,84 @@
+// A dialog as a class: from a template in the program's resources, modeless or modal.
+#pragma once
+
+#include <windows.h>
+
+#include "frame/AppModule.h"
+#include "frame/Window.h"
+
+// Binds the C++ object to the window that the dialog manager is making. Its virtual operations, in
+// this order, are what every dialog of the program has.
+template <class TBase = CWindow>
+class CDialogImplBase : public TBase {
+public:
+    // Takes a message: true if it was handled, with `result` as the answer.
+    virtual BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                      LRESULT& result) = 0;
+    virtual ~CDialogImplBase() = default;
+    virtual DLGPROC GetDialogProc() { return DialogProc; }
+    // The window is gone, the object may go too.
+    virtual void OnFinalMessage(HWND) {}
+
+protected:
+    // The object whose window the current thread is making; its first message picks it up.
+    static CDialogImplBase*& Newcomer() {
+        static thread_local CDialogImplBase* newcomer = nullptr;
+        return newcomer;
+    }
+
+    static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        CDialogImplBase* self = FromWindow(window);
+        if (!self) return FALSE;
+        LRESULT result = 0;
+        const BOOL handled = self->ProcessWindowMessage(window, message, wParam, lParam, result);
+        if (message == WM_NCDESTROY) {
+            SetWindowLongPtrA(window, GWLP_USERDATA, 0);
+            self->m_hWnd = nullptr;
+            self->OnFinalMessage(window);
+            return FALSE;
+        }
+        if (!handled) return FALSE;
+        if (message == WM_INITDIALOG) return static_cast<INT_PTR>(result);
+        SetWindowLongPtrA(window, DWLP_MSGRESULT, static_cast<LONG_PTR>(result));
+        return TRUE;
+    }
+
+private:
+    static CDialogImplBase* FromWindow(HWND window) {
+        if (CDialogImplBase* newcomer = Newcomer()) {
+            Newcomer() = nullptr;
+            newcomer->m_hWnd = window;
+            SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(newcomer));
+            SetWindowLongPtrA(window, DWLP_DLGPROC,
+                              reinterpret_cast<LONG_PTR>(newcomer->GetDialogProc()));
+        }
+        return reinterpret_cast<CDialogImplBase*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    }
+};
+
+// T::IDD is the number of the template.
+template <class T, class TBase = CWindow>
+class CDialogImpl : public CDialogImplBase<TBase> {
+public:
+    // A modeless dialog. WM_INITDIALOG has been handled when it returns. Null: not created.
+    HWND Create(HWND owner, LPARAM parameter = 0) {
+        this->Newcomer() = this;
+        const HWND window =
+            CreateDialogParamA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(T::IDD), owner,
+                               CDialogImplBase<TBase>::DialogProc, parameter);
+        this->Newcomer() = nullptr;
+        return window;
+    }
+
+    // A modal dialog: returns when it has ended, with the result given to EndDialog.
+    INT_PTR DoModal(HWND owner, LPARAM parameter = 0) {
+        this->Newcomer() = this;
+        const INT_PTR result =
+            DialogBoxParamA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(T::IDD), owner,
+                            CDialogImplBase<TBase>::DialogProc, parameter);
+        this->Newcomer() = nullptr;
+        return result;
+    }
+
+    BOOL EndDialog(INT_PTR result) { return ::EndDialog(this->m_hWnd, result); }
+};

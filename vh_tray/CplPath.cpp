@@ -1,0 +1,19 @@
+#include "CplPath.h"
+
+#include <string>
+
+#include "RegistryKey.h"
+
+namespace {
+constexpr char kCplsKey[] = R"(SOFTWARE\Microsoft\Windows\CurrentVersion\Control Panel\Cpls)";
+constexpr char kCplsValue[] = "Tessara Link ";  // with the blank
+constexpr DWORD kPathCapacity = 8191;
+}  // namespace
+
+const char* GetCplPath() {
+    static std::string path;
+    if (path.empty())
+        if (const CRegistryKey key(HKEY_LOCAL_MACHINE, kCplsKey); key.IsOpen())
+            path = key.ReadText(kCplsValue, kPathCapacity);
+    return path.c_str();
+}

@@ -1,0 +1,70 @@
+#include "InstallDialog.h"
+
+#include "AgentPaths.h"
+#include "InstalledProduct.h"
+#include "Reboot.h"
+#include "RegistryKey.h"
+
+namespace {
+constexpr int kTimeColumn = 2;
+}
+
+void CInstallDialog::FillList() {
+    const CRegistryKey key(HKEY_LOCAL_MACHINE, kInstallResultsKey);
+    if (!key.IsOpen()) return;
+    int rows = 0;
+    for (CRecordWalk walk(key); walk.NextRecordOfAnyType();) {
+        UpdateResultRecord record = walk.Record();
+        record.FillInTime();
+        const InstalledProduct product = FindInstalledProduct(walk.Name().c_str());
+        if (product.name.empty()) continue;
+        if (m_list.AddRow(rows, {product.name, product.version}, record)) ++rows;
+    }
+    m_list.SetSortColumn(kTimeColumn, true);
+}
+
+// Only the first row decides on the reboot.
+void CInstallDialog::OnListFilled() {
+    constexpr UINT kSelectedAndFocused = LVIS_SELECTED | LVIS_FOCUSED;
+    if (m_list.SetItemState(0, kSelectedAndFocused, kSelectedAndFocused)) m_list.EnsureVisible(0);
+    const UpdateResultRecord* first = m_list.GetRecord(0);
+    m_bRebootOffered = first && NeedsReboot(first->m_dwResult) && EnableReboot();
+}
+
+void CInstallDialog::SetUpButtons() {
+    if (m_bRebootOffered)
+        AskForReboot();
+    else
+        LeaveOnlyOk();
+}
+
+void CInstallDialog::AskForReboot() {
+    std::string question;
+    if (!LoadText(IDS_REBOOT_QUESTION, question)) return;
+    m_strIntro += "\r\n\r\n" + question;
+    PutTexts();
+}
+
+// The Yes button becomes an OK in the middle of the dialog, No goes.
+void CInstallDialog::LeaveOnlyOk() {
+    const CWindow no = GetDlgItem(IDNO);
+    no.EnableWindow(FALSE);
+    no.ShowWindow(SW_HIDE);
+
+    const CWindow ok = GetDlgItem(IDYES);
+    RECT dialog{}, button{};
+    GetWindowRect(&dialog);
+    ok.GetWindowRect(&button);
+    const LONG width = button.right - button.left;
+    button.left = dialog.left + (dialog.right - dialog.left - width) / 2;
+    button.right = button.left + width;
+    ScreenToClient(&button);
+    ok.MoveWindow(button);
+
+    std::string text;
+    if (LoadText(IDS_OK, text)) ok.SetWindowText(text.c_str());
+}
+
+void CInstallDialog::OnAnswer(WORD id) {
+    if (id == IDYES && m_bRebootOffered) RebootNow();
+}

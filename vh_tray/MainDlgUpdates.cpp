@@ -1,0 +1,54 @@
+// What is on offer, what was installed, what failed: each event looks at its source anew and tells
+// the user with a transient icon.
+#include <memory>
+
+#include "MainDlg.h"
+#include "NewerVersion.h"
+#include "RegistryKey.h"
+#include "SwCacheRecord.h"
+
+namespace {
+
+// Whether the key holds a wanted record that is at most RESULT_WINDOW_TICKS old. The first is
+// enough.
+template <class Wanted>
+bool HasRecentRecord(HKEY hive, LPCSTR keyPath, Wanted wanted) {
+    const CRegistryKey key(hive, keyPath);
+    if (!key.IsOpen()) return false;
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    for (CRecordWalk walk(key); walk.NextBinaryRecord();) {
+        const UpdateResultRecord& record = walk.Record();
+        if (!wanted(record)) continue;
+        if (!record.HasTime() || IsWithinResultWindow(now, record.m_time)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+// The watcher's buffer only says that there is news; the file is read by its own reader. The
+// controller sends null.
+LRESULT CMainDlg::OnGotSWUpdates(char* buffer) {
+    delete[] buffer;
+    CSwCacheRecord update;
+    if (update.Read() && IsNewerVersion(update.Version()) && !m_bAutoInstall && m_bHaveResult)
+        ShowTransientIcon(m_nidUpdates,
+                          {TRAY_ID_UPDATES, IDS_AVAILABLE_TIP, IDS_AVAILABLE_BALLOON});
+    return 0;
+}
+
+// Every result counts, good or bad.
+LRESULT CMainDlg::OnGotQueuedInstalls(HKEY hive, LPCSTR keyPath) {
+    if (HasRecentRecord(hive, keyPath, [](const UpdateResultRecord&) { return true; }))
+        ShowTransientIcon(m_nidInstalled,
+                          {TRAY_ID_INSTALLED, IDS_INSTALLED_TIP, IDS_INSTALLED_BALLOON});
+    return 0;
+}
+
+LRESULT CMainDlg::OnGotDownloadResults(HKEY hive, LPCSTR keyPath) {
+    const auto failed = [](const UpdateResultRecord& record) { return record.IsFailure(); };
+    if (HasRecentRecord(hive, keyPath, failed))
+        ShowTransientIcon(m_nidDownloads, {TRAY_ID_DOWNLOADS, IDS_FAILED_TIP, IDS_FAILED_BALLOON});
+    return 0;
+}

@@ -1,0 +1,58 @@
+#include "NewerVersion.h"
+
+#include <windows.h>
+#include <mbstring.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "VersionInfo.h"
+
+namespace {
+
+// Raised and caught in this file.
+constexpr std::uint32_t kTooFewNumbers = 11;
+constexpr std::uint32_t kUnreadable = 13;
+
+// From the most significant number to the least.
+using Version = std::array<std::uint32_t, 4>;
+
+struct Free {
+    void operator()(char* text) const { free(text); }
+};
+
+Version Parse(const char* text) {
+    const std::unique_ptr<char, Free> copy(_strdup(text));
+    if (!copy || !*copy) throw kUnreadable;
+    Version version{};
+    auto* rest = reinterpret_cast<unsigned char*>(copy.get());
+    for (std::uint32_t& number : version) {
+        const unsigned char* token = _mbstok(rest, reinterpret_cast<const unsigned char*>(".-"));
+        if (!token) throw kTooFewNumbers;
+        number = static_cast<std::uint32_t>(atoi(reinterpret_cast<const char*>(token)));
+        rest = nullptr;
+    }
+    return version;
+}
+
+Version OwnProductVersion() {
+    CVersionInfo own;
+    if (!own.LoadModule(nullptr)) throw kUnreadable;
+    const DWORD high = own.GetProductVersionMS();
+    const DWORD low = own.GetProductVersionLS();
+    return {HIWORD(high), LOWORD(high), HIWORD(low), LOWORD(low)};
+}
+
+}  // namespace
+
+bool IsNewerVersion(const char* version) {
+    try {
+        const Version offered = Parse(version);
+        return offered > OwnProductVersion();
+    } catch (const std::uint32_t&) {
+        return false;
+    }
+}

@@ -1,0 +1,23 @@
+#include "RegistryKey.h"
+
+#include <cstring>
+
+CRegistryKey::CRegistryKey(HKEY root, LPCSTR path) {
+    if (RegOpenKeyExA(root, path, 0, KEY_READ, &m_hKey) != ERROR_SUCCESS) m_hKey = nullptr;
+}
+
+CRegistryKey::~CRegistryKey() {
+    if (m_hKey) RegCloseKey(m_hKey);
+}
+
+std::string CRegistryKey::ReadText(LPCSTR name, DWORD capacity) const {
+    // The registry stores texts with or without their terminator.
+    std::string text(capacity, '\0');
+    DWORD type = REG_NONE;
+    DWORD size = capacity;
+    const LSTATUS status =
+        RegQueryValueExA(m_hKey, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
+    if (status != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return {};
+    text.resize(strnlen(text.data(), size));
+    return text;
+}

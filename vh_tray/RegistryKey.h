@@ -1,0 +1,26 @@
+// A registry key opened for reading.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+class CRegistryKey {
+public:
+    CRegistryKey(HKEY root, LPCSTR path);
+    ~CRegistryKey();
+    CRegistryKey(const CRegistryKey&) = delete;
+    CRegistryKey& operator=(const CRegistryKey&) = delete;
+
+    // Whether the key could be opened.
+    bool IsOpen() const { return m_hKey != nullptr; }
+    operator HKEY() const { return m_hKey; }
+
+    // A text value of at most `capacity` bytes with its terminator; null names the default value.
+    // Empty if the value is missing, longer, or no text. References to the environment stay as
+    // they are.
+    std::string ReadText(LPCSTR name, DWORD capacity) const;
+
+private:
+    HKEY m_hKey = nullptr;
+};

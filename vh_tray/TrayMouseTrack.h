@@ -1,0 +1,47 @@
+// Tells when the pointer comes to rest on a tray icon and when it leaves it, of which the shell
+// tells only the moves. Both posts have the shape of a tray callback.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+
+#include "frame/CriticalSection.h"
+
+class CTrayMouseTrack {
+public:
+    // Starts the thread. Posts go to `notifyWindow` as `message` with `wParam` and, as lParam,
+    // WM_MOUSEHOVER or WM_MOUSELEAVE.
+    CTrayMouseTrack(HWND notifyWindow, UINT message, UINT wParam);
+    // Ends the thread, by force if it does not end in time.
+    virtual ~CTrayMouseTrack();
+    CTrayMouseTrack(const CTrayMouseTrack&) = delete;
+    CTrayMouseTrack& operator=(const CTrayMouseTrack&) = delete;
+
+    // To be called for each move over the icon, on the window's thread.
+    void OnMouseMove();
+
+    // Tells the thread to end and waits for it, at most `limit` milliseconds. False: it has not
+    // ended in time.
+    bool Stop(DWORD limit);
+
+private:
+    struct Size {
+        UINT width, height;  // pixels
+    };
+
+    static unsigned __stdcall ThreadProc(void* self);
+    void Run();
+    bool HasLeft(Size& size) const;
+    void Post(LPARAM what) const;
+
+    const HWND m_hNotifyWnd;
+    const UINT m_uMessage;
+    const UINT m_wPostParam;
+    std::atomic<LONG> m_anchorX{0};  // the pointer at the last move
+    std::atomic<LONG> m_anchorY{0};
+    std::atomic<BOOL> m_bHovering{FALSE};  // on the icon: a leave post is still to come
+    CCriticalSection m_csMove;
+    const HANDLE m_hStopEvent;
+    HANDLE m_hThread;
+};

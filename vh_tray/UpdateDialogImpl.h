@@ -1,0 +1,103 @@
+// What the dialogs of available, installed and failed updates share: their template, the order in
+// which they start, and their way to the end.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "StringTable.h"
+#include "frame/DialogImpl.h"
+#include "frame/Reflection.h"
+#include "frame/WinDataExchange.h"
+#include "hlxCommand.h"
+#include "resource.h"
+
+// Strings of one dialog.
+struct UpdateDialogTexts {
+    UINT caption;
+    UINT intro;
+    UINT listLabel;
+};
+
+// T derives from this and supplies
+//   static constexpr UpdateDialogTexts kTexts
+//   m_list, the list control, with SetupColumns()
+//   FillList()           writes the rows
+//   OnAnswer(id)         before the dialog ends with the button `id`
+// and, where it has something to do there,
+//   OnListFilled()       after the columns have been fitted
+//   SetUpButtons()       at the end of the start, also when the texts could not be set
+template <class T>
+class CUpdateDialogImpl : public CDialogImpl<T>, public CWinDataExchange<T> {
+public:
+    static constexpr int IDD = IDD_UPDATES;
+
+    BOOL ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam,
+                              LRESULT& result) override {
+        switch (message) {
+            case WM_INITDIALOG:
+                result = OnInitDialog();
+                return TRUE;
+            case WM_COMMAND:
+                if (HIWORD(wParam) != 0 || !IsButton(LOWORD(wParam))) return FALSE;
+                result = OnCloseCmd(LOWORD(wParam));
+                return TRUE;
+            default:
+                return ReflectNotification(message, wParam, lParam, result);
+        }
+    }
+
+protected:
+    void OnListFilled() {}
+    void SetUpButtons() {}
+
+    // Puts intro and label into their controls. False if one of them could not be set.
+    bool PutTexts() {
+        return this->PutText(IDC_INTRO, m_strIntro) &&
+               this->PutText(IDC_LIST_LABEL, m_strListLabel);
+    }
+
+    // For OnAnswer of a dialog in which Yes asks the daemon for the download.
+    static void RequestDownloadIfConfirmed(WORD id) {
+        if (id == IDOK || id == IDYES) hlx_requestDownload();
+    }
+
+    std::string m_strIntro;
+    std::string m_strListLabel;
+
+private:
+    static bool IsButton(WORD id) {
+        return id == IDYES || id == IDOK || id == IDNO || id == IDCANCEL;
+    }
+
+    T& Self() { return static_cast<T&>(*this); }
+
+    // 0 leaves the keyboard focus to the dialog.
+    LRESULT OnInitDialog() {
+        if (LoadText(T::kTexts.caption, m_strIntro)) this->SetWindowText(m_strIntro.c_str());
+        LoadText(T::kTexts.intro, m_strIntro);
+        LoadText(T::kTexts.listLabel, m_strListLabel);
+        if (PutTexts()) StartList();
+        Self().SetUpButtons();
+        return 0;
+    }
+
+    void StartList() {
+        auto& list = Self().m_list;
+        if (!list.m_hWnd) list.SubclassWindow(this->GetDlgItem(IDC_RESULT_LIST));
+        list.SetRedraw(false);
+        list.SetupColumns();
+        list.DeleteAllItems();
+        Self().FillList();
+        list.FitColumns();
+        Self().OnListFilled();
+        list.SetRedraw(true);
+    }
+
+    LRESULT OnCloseCmd(WORD id) {
+        Self().OnAnswer(id);
+        this->EndDialog(id);
+        return 0;
+    }
+};
