@@ -1,0 +1,17 @@
+// Bytes as text, two digits each, so that a test can show what it expects as one writes it by hand.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+inline std::string Hex(const void* bytes, std::size_t size) {
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) {
+        char digits[4];
+        std::snprintf(digits, sizeof digits, "%s%02X", i ? " " : "",
+                      static_cast<const std::uint8_t*>(bytes)[i]);
+        text += digits;
+    }
+    return text;
+}

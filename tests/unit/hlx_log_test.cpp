@@ -1,0 +1,264 @@
+// The log's filters, slots and line format, its three kinds of sink, the rotation at 200 MiB with
+// sparse files, and its settings in the environment; and the cache file, whose errors go there.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "hlxLog.h"
+#include "hlxSwCache.h"
+#include "temp_path.h"
+
+namespace {
+
+constexpr std::uintmax_t kRotationSize = 209'715'200;
+
+// A context with a file sink, or without one.
+class Log {
+public:
+    explicit Log(const TempPath* path = nullptr, std::uint32_t flags = 0,
+                 const char* progname = nullptr) {
+        EXPECT_EQ(hlx_logCreate(&m_context, progname, 0, flags), HLX_DONE);
+        if (!path) return;
+        EXPECT_EQ(hlx_logAddSink(m_context, HLX_SINK_FILE, path->c_str()), HLX_DONE);
+    }
+    ~Log() {
+        hlx_logSetDefault(nullptr);
+        hlx_logDestroy(m_context);
+    }
+    operator HlxLogContext*() { return m_context; }
+
+private:
+    HlxLogContext* m_context = nullptr;
+};
+
+TEST(Log, PassesByLevelAndMask) {
+    const struct {
+        std::int32_t contextLevel;
+        std::int32_t level;
+        std::uint32_t mask;
+        bool passes;
+    } cases[] = {
+        {1, 1, 0x10, true}, {1, 2, 0x10, false},      {1, 1, 0x08, false},  {1, 1, 0x18, true},
+        {0, 0, 0x10, true}, {0, INT_MIN, 0x10, true}, {-1, 0, 0x10, false}, {7, 7, 0, false},
+    };
+    for (const auto& each : cases) {
+        Log log;
+        hlx_logSetLevel(log, each.contextLevel);
+        hlx_log(log, each.level, each.mask, "text");
+        EXPECT_EQ(static_cast<HlxLogContext*>(log)->line_count, each.passes ? 1u : 0u)
+            << each.contextLevel << " " << each.level << " " << each.mask;
+    }
+    hlx_log(nullptr, 0, UINT32_MAX, "nobody");
+    hlx_logSetLevel(nullptr, 1);
+    hlx_logSetMask(nullptr, 1);
+    EXPECT_EQ(hlx_logGetLevel(nullptr), 0);
+    EXPECT_EQ(hlx_logGetMask(nullptr), 0u);
+    EXPECT_EQ(hlx_logGetDefault(), nullptr);
+}
+
+TEST(Log, BeginsALineWithWhatWasAskedFor) {
+    const std::string pid = std::to_string(GetCurrentProcessId());
+    const struct {
+        std::uint32_t flags;
+        const char* progname;
+        std::string lines;
+    } cases[] = {
+        {0, "vh_tray", "a 1\na 2\n"},
+        {HLX_LOG_PROGNAME, "vh_tray", "vh_tray a 1\nvh_tray a 2\n"},
+        {HLX_LOG_PROGNAME, "", "progname_not_set a 1\nprogname_not_set a 2\n"},
+        {HLX_LOG_PROGNAME | HLX_LOG_PID, "vh", "vh[" + pid + "] a 1\nvh[" + pid + "] a 2\n"},
+        {HLX_LOG_LINE_NUMBER, nullptr, "     0 a 1\n     1 a 2\n"},
+    };
+    for (const auto& each : cases) {
+        const TempPath path("lines");
+        Log log(&path, each.flags, each.progname);
+        hlx_log(log, 1, HLX_AREA_INTEGRITY, "a %d", 1);
+        hlx_log(log, 1, HLX_AREA_INTEGRITY, "a %d", 2);
+        EXPECT_EQ(path.Text(), each.lines);
+    }
+}
+
+TEST(Log, CutsALineAtItsLongest) {
+    const std::string longText(1000, 'x');
+    const TempPath path("cut");
+    {
+        Log log(&path, HLX_LOG_PROGNAME, "p");
+        hlx_log(log, 1, HLX_AREA_INTEGRITY, "%s", longText.c_str());
+    }
+    EXPECT_EQ(path.Text(), "p " + longText.substr(0, 509) + "\n");
+    Log prefixed(&path, HLX_LOG_PROGNAME | HLX_LOG_TRUNCATE | HLX_LOG_PID, longText.c_str());
+    hlx_log(prefixed, 1, HLX_AREA_INTEGRITY, "text");
+    EXPECT_EQ(path.Text(), longText.substr(0, 511) + "\n");
+}
+
+TEST(Log, HasThreeSlotsAtLeast) {
+    const TempPath path("slots");
+    EXPECT_EQ(hlx_logCreate(nullptr, nullptr, 3, 0), HLX_REFUSED);
+    for (const std::int32_t asked : {INT_MIN, 0, 3, 4}) {
+        HlxLogContext* log = nullptr;
+        ASSERT_EQ(hlx_logCreate(&log, "p", asked, 0), HLX_DONE);
+        EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_FILE, nullptr), HLX_REFUSED);
+        EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_FILE, "no/such/folder/log"), HLX_NOT_OPENED);
+        EXPECT_EQ(hlx_logAddSink(log, 3, nullptr), HLX_REFUSED);
+        for (int i = 0; i < std::max(asked, 3); ++i)
+            EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_FILE, path.c_str()), HLX_DONE);
+        EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_FILE, path.c_str()), HLX_NO_MEMORY);
+        hlx_logDestroy(log);
+    }
+    HlxLogContext bare{};
+    EXPECT_EQ(hlx_logAddSink(&bare, HLX_SINK_CONSOLE, nullptr), HLX_NO_SLOTS);
+    EXPECT_EQ(hlx_logAddSink(nullptr, HLX_SINK_CONSOLE, nullptr), HLX_REFUSED);
+    EXPECT_EQ(hlx_logRotate(&bare, "x"), 0);
+    hlx_logDestroy(nullptr);
+}
+
+TEST(Log, WritesToTheStandardStreamsAndTheEventLog) {
+    const std::int32_t one = 1;
+    const std::int32_t zero = 0;
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    {
+        Log log(nullptr, 0, "hlx_log_test");
+        EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_CONSOLE, &one), HLX_DONE);
+        EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_CONSOLE, &zero), HLX_DONE);
+        EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr), HLX_DONE);
+        hlx_log(log, 1, HLX_AREA_INTEGRITY, "100%% %s", "%s");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "100% %s\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "100% %s\n");
+    EXPECT_EQ(std::printf("%s", ""), 0) << "the stream is still open";
+}
+
+TEST(Rotation, ComesAtOpeningFromTheLimitOn) {
+    for (const std::uintmax_t size : {kRotationSize - 1, kRotationSize}) {
+        const TempPath path("opened");
+        const TempPath older("opened.rotate");
+        path.Write("old");
+        older.Write("older");
+        std::filesystem::resize_file(path.c_str(), size);
+        Log log(&path);
+        hlx_log(log, 1, HLX_AREA_INTEGRITY, "new");
+        if (size < kRotationSize) {
+            EXPECT_EQ(older.Text(), "older");
+        } else {
+            EXPECT_EQ(path.Text(), "new\n");
+            EXPECT_EQ(std::filesystem::file_size(older.c_str()), size);
+        }
+    }
+}
+
+TEST(Rotation, OfARunningLogComesBeyondTheLimit) {
+    const TempPath path("running");
+    const TempPath older("running.rotate");
+    Log log(&path, HLX_LOG_TRUNCATE);
+    std::filesystem::resize_file(path.c_str(), kRotationSize);
+    EXPECT_EQ(hlx_logRotate(log, path.c_str()), 0);
+    std::filesystem::resize_file(path.c_str(), kRotationSize + 1);
+    EXPECT_EQ(hlx_logRotate(log, path.c_str()), 1);
+    EXPECT_EQ(std::filesystem::file_size(older.c_str()), kRotationSize + 1);
+    hlx_log(log, 1, HLX_AREA_INTEGRITY, "new");
+    EXPECT_EQ(path.Text(), "new\n");
+    EXPECT_EQ(hlx_logRotate(log, path.c_str()), 0);
+    EXPECT_EQ(hlx_logRotate(nullptr, path.c_str()), 0);
+}
+
+TEST(Rotation, ThatCannotOpenAfreshFreesItsSlot) {
+    const TempPath path("lost");
+    Log log(&path);
+    std::filesystem::resize_file(path.c_str(), kRotationSize + 1);
+    EXPECT_EQ(hlx_logRotate(log, "no/such/folder/log"), 1);
+    hlx_log(log, 1, HLX_AREA_INTEGRITY, "nowhere");
+    EXPECT_EQ(std::filesystem::file_size(path.c_str()), kRotationSize + 1);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_CONSOLE, nullptr), HLX_DONE);
+}
+
+void SetVariable(const std::string& name, const char* value) {
+#ifdef _WIN32
+    _putenv_s(name.c_str(), value);
+#else
+    setenv(name.c_str(), value, 1);
+#endif
+}
+
+TEST(Environment, SetsWhatIsNotEmpty) {
+    const struct {
+        const char *level, *mask;
+        std::int32_t readLevel;
+        std::uint32_t readMask;
+    } cases[] = {
+        {"", "", 3, 0x30},     {"5", "0x200", 5, 0x200},
+        {"0x10", "010", 7, 8}, {"012", "4294967295", 7, UINT32_MAX},
+        {"none", "x", 0, 0},   {"-1", "99999999999999999999", 7, UINT32_MAX},
+    };
+    for (const char* prefix : {"HLX_DAEMON", "OTHER"}) {
+        for (const auto& each : cases) {
+            SetVariable(prefix + std::string("_TRACE_LEVEL"), each.level);
+            SetVariable(prefix + std::string("_TRACE_MASK"), each.mask);
+            SetVariable(prefix + std::string("_TRACE_PATH"), each.level);
+            std::int32_t level = 3;
+            std::uint32_t mask = 0x30;
+            std::string path = "kept";
+            hlx_logReadEnv(*prefix == 'H' ? "" : prefix, &level, &mask, path);
+            EXPECT_EQ(level, each.readLevel);
+            EXPECT_EQ(mask, each.readMask);
+            EXPECT_EQ(path, *each.level ? each.level : "kept");
+            hlx_logReadEnv(*prefix == 'H' ? nullptr : prefix, nullptr, nullptr, path);
+        }
+    }
+}
+
+TEST(SwCache, ReadsFourFieldsByTheirDelimiters) {
+    const struct {
+        const char* text;
+        const char* fields;
+    } cases[] = {
+        {"", "|||"},
+        {"a:b:c:d\n", "a|b|c|d"},
+        {"a:b:c:d", "a|b|c|d"},
+        {"a:b:c:d:e\nrest\n", "a|b|c|d:e"},
+        {"a\n", "a|||"},
+        {"a:b\nc:d\n", "a|b|c|d"},
+        {"::\n", "|||"},
+        {"1234567:b:c:d\n", "1234567|b|c|d"},
+        {"12345678:b:c:d\n", "1234567||b|c:d"},
+        {"123456789:b:c:d\n", "1234567|9|b|c:d"},
+    };
+    const TempPath path("swcache");
+    for (const auto& each : cases) {
+        path.Write(each.text);
+        char name[8], version[8], third[8], fourth[8];
+        ASSERT_EQ(hlx_getSwCache(path.c_str(), name, 8, version, 8, third, 8, fourth, 8), HLX_DONE);
+        EXPECT_EQ(std::string(name) + "|" + version + "|" + third + "|" + fourth, each.fields)
+            << each.text;
+    }
+    char field[8];
+    EXPECT_EQ(hlx_getSwCache(path.c_str(), field, 8, nullptr, 8, field, 8, field, 8), HLX_REFUSED);
+    EXPECT_EQ(hlx_getSwCache(path.c_str(), field, 8, field, 8, field, 8, field, 0), HLX_REFUSED);
+}
+
+TEST(SwCache, IsWrittenInPlaceOfAnOlderAndRemoved) {
+    const TempPath path("written");
+    path.Write("a longer text that stood there before");
+    EXPECT_EQ(hlx_setSwCache(path.c_str(), "Agent", "4.2.7-2", "", "x:y"), HLX_DONE);
+    EXPECT_EQ(path.Text(), "Agent:4.2.7-2::x:y\n");
+    EXPECT_EQ(hlx_removeSwCache(path.c_str()), HLX_DONE);
+
+    const TempPath logged("logged");
+    Log log(&logged);
+    hlx_logSetMask(log, HLX_AREA_SWCACHE);
+    hlx_logSetDefault(log);
+    char field[8];
+    EXPECT_EQ(hlx_removeSwCache(path.c_str()), HLX_NO_FILE);
+    EXPECT_EQ(hlx_getSwCache("no/file", field, 8, field, 8, field, 8, field, 8), HLX_NO_FILE);
+    EXPECT_EQ(hlx_setSwCache("no/file", "", "", "", ""), HLX_NO_FILE);
+    EXPECT_EQ(logged.Text(), std::string("hlx_getSwCache: Could not remove cache file ") +
+                                 path.c_str() +
+                                 "\nhlx_getSwCache: unable to open no/file\n"
+                                 "hlx_setSwCache: unable to open no/file\n");
+}
+
+}  // namespace
