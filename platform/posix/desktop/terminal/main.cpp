@@ -1,0 +1,99 @@
+// Runs the program on the simulated desktop, with the terminal for screen and standard input for
+// hands.
+//
+// From a terminal it prompts; a hand that finds nothing to act on says so. From a script it repeats
+// each line, and the first hand that fails ends the run. The end of the input is the user logging
+// off. The process's exit code is the program's, or kHandFailed.
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "desktop/session.h"
+#include "desktop/terminal/hands.h"
+#include "desktop/terminal/screen.h"
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int);
+
+namespace terminal {
+namespace {
+
+constexpr int kHandFailed = 70;
+
+// Standard input line by line, without reading ahead of what is there.
+class Input {
+public:
+    // Whether a line can be taken, or the end, without blocking.
+    bool HasLine() const { return ended_ || text_.find('\n') != std::string::npos; }
+
+    // To be called when the input is readable.
+    void Fill() {
+        std::array<char, 4096> piece;
+        const ssize_t size = read(STDIN_FILENO, piece.data(), piece.size());
+        if (size > 0)
+            text_.append(piece.data(), static_cast<std::size_t>(size));
+        else
+            ended_ = true;
+    }
+
+    // Nothing at the end.
+    std::optional<std::string> TakeLine() {
+        if (text_.empty()) return std::nullopt;
+        const std::size_t end = text_.find('\n');
+        std::string line = text_.substr(0, end);
+        text_.erase(0, end == std::string::npos ? end : end + 1);
+        return line;
+    }
+
+private:
+    std::string text_;
+    bool ended_ = false;
+};
+
+// The next line of the input; meanwhile shows what happens. Nothing at the end of input or program.
+std::optional<std::string> NextLine(Input& input, Screen& screen) {
+    while (!input.HasLine()) {
+        std::array<pollfd, 2> sources{{{STDIN_FILENO, POLLIN, 0}, {screen.Pending(), POLLIN, 0}}};
+        poll(sources.data(), sources.size(), -1);
+        if (sources[1].revents) screen.Refresh();
+        if (screen.HasEnded()) return std::nullopt;
+        if (sources[0].revents) input.Fill();
+    }
+    return input.TakeLine();
+}
+
+// Whether no hand failed, or a user was there to see it.
+bool UseHands(Screen& screen, bool interactive) {
+    Input input;
+    while (const auto line = NextLine(input, screen)) {
+        if (!interactive && !line->empty())
+            screen.Print(line->front() == '#' ? *line : "> " + *line);
+        const Done done = DoLine(*line, screen);
+        screen.Refresh();
+        if (done.quits || screen.HasEnded()) return true;
+        if (!done.whyNot.empty()) screen.Print("? " + done.whyNot);
+        if (!done.whyNot.empty() && !interactive) return false;
+        if (interactive && line->find_first_not_of(" \t") == std::string::npos)
+            screen.Print(Lines{});
+    }
+    return true;
+}
+
+int Main() {
+    const bool interactive = isatty(STDIN_FILENO) != 0;
+    Screen screen(interactive);
+    desktop::Session session(
+        [] { return WinMain(GetModuleHandleA(nullptr), nullptr, nullptr, SW_SHOWNORMAL); });
+    if (interactive) screen.Print("The simulated desktop. 'help' lists what your hands can do.");
+    const bool went = UseHands(screen, interactive);
+    const int exitCode = session.End();
+    screen.Refresh();
+    return went ? exitCode : kHandFailed;
+}
+
+}  // namespace
+}  // namespace terminal
+
+int main() { return terminal::Main(); }

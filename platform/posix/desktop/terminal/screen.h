@@ -1,0 +1,57 @@
+// The terminal as the screen of the simulated desktop: prints what happens there, an event a line,
+// and draws what opens.
+#pragma once
+
+#include <chrono>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/desktop.h"
+#include "desktop/terminal/drawing.h"
+
+namespace terminal {
+
+// All operations but the subscriber's belong to one thread, that of the hands.
+class Screen {
+public:
+    // `prompts`: a user sits there, so a prompt stands below what was printed last.
+    explicit Screen(bool prompts);
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    // Becomes readable when something has happened that is not printed yet.
+    int Pending() const { return pending_; }
+
+    // Prints what has happened so far.
+    void Refresh();
+
+    // Whether the program on the desktop has ended.
+    bool HasEnded() const { return ended_; }
+
+    // Waits, printing, until an event's line holds `text`, beginning behind the event that was
+    // waited for last. False if the time has run out or the program has ended.
+    bool WaitFor(std::string_view text, std::chrono::milliseconds limit);
+
+    void Print(const Lines& lines);
+    void Print(const std::string& line) { Print(Lines{line}); }
+    // Draws everything that stands on the desktop.
+    void ShowAll();
+
+private:
+    std::string Describe(const desktop::Event& event);
+    void DrawOpened(const desktop::Event& event);
+
+    const bool prompts_;
+    const int pending_;  // an event counter of the system
+    std::mutex mutex_;
+    std::vector<desktop::Event> happened_;  // not printed yet; under the mutex
+    Lines printed_;                         // of the events
+    std::size_t waitedFor_ = 0;             // events that a wait need not look at again
+    std::vector<desktop::MenuItem> menu_;   // of the menu opened last
+    bool ended_ = false;
+};
+
+}  // namespace terminal
