@@ -43,7 +43,7 @@ protected:
 
     std::string Received() {
         char buffer[2000];
-        const int size = recv(m_socket, buffer, sizeof buffer, 0);
+        const int size = recv(m_socket, buffer, int{sizeof buffer}, 0);
         return size < 0 ? "nothing" : Hex(buffer, static_cast<std::size_t>(size));
     }
 

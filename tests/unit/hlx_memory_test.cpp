@@ -89,6 +89,7 @@ int FailEachAllocation(const std::function<bool()>& operation) {
 
 TEST(Memory, RunsOutInTheHealthReader) {
     ASSERT_NE(hlx_expatFunctions(), nullptr);
+    EXPECT_THROW(throw std::bad_alloc(), std::bad_alloc) << "what the runtime keeps for throwing";
     constexpr char kDocument[] =
         "<HLXHealthResult><Message popup='a value that is long enough for the heap'>text that is "
         "long enough for the heap</Message><Browser url='a'/><RestrictIP>1.1.1.1-2.2.2.2"

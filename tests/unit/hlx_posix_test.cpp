@@ -49,9 +49,7 @@ protected:
         ASSERT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, kHlxAgentKey, 0, nullptr, 0, KEY_WRITE,
                                   nullptr, &key, nullptr),
                   ERROR_SUCCESS);
-        if (data)
-            EXPECT_EQ(RegSetValueExA(key, name, 0, type, static_cast<const BYTE*>(data), size),
-                      ERROR_SUCCESS);
+        if (data) RegSetValueExA(key, name, 0, type, static_cast<const BYTE*>(data), size);
         RegCloseKey(key);
     }
 
@@ -113,7 +111,7 @@ TEST_F(Machine, SendsByTcpAndWaitsASecondBeforeTheEnd) {
     });
     const SOCKET connection = accept(listener, nullptr, nullptr);
     char buffer[100];
-    const int size = recv(connection, buffer, sizeof buffer, 0);
+    const int size = recv(connection, buffer, int{sizeof buffer}, 0);
     EXPECT_EQ(Hex(buffer, static_cast<std::size_t>(std::max(size, 0))),
               "00 00 00 0A 00 00 00 03 68 69 00");
     {
@@ -121,9 +119,9 @@ TEST_F(Machine, SendsByTcpAndWaitsASecondBeforeTheEnd) {
         machine::Settle(lock);
     }
     Clock::Advance(999ms);
-    EXPECT_EQ(recv(connection, buffer, sizeof buffer, MSG_DONTWAIT), SOCKET_ERROR);
+    EXPECT_EQ(recv(connection, buffer, int{sizeof buffer}, MSG_DONTWAIT), SOCKET_ERROR);
     Clock::Advance(1ms);
-    EXPECT_EQ(recv(connection, buffer, sizeof buffer, 0), 0);
+    EXPECT_EQ(recv(connection, buffer, int{sizeof buffer}, 0), 0);
     sender.join();
     EXPECT_EQ(result, HLX_DONE);
     EXPECT_EQ(error, 0);
