@@ -15,6 +15,8 @@
 #include <string_view>
 #include <vector>
 
+#include "machine/journal.h"
+
 namespace desktop {
 
 // ---- What stands there ----
@@ -119,35 +121,12 @@ int WaitCursors();  // how often the wait cursor was put up
 
 // ---- What has happened ----
 
-enum class EventKind {
-    kIconAdded,
-    kIconChanged,
-    kIconRemoved,
-    kBalloon,
-    kBoxOpened,
-    kBoxClosed,
-    kDialogOpened,
-    kDialogClosed,
-    kMenuOpened,
-    kMenuClosed,
-    kPageOpened,
-    kRebootRequested,
-    kBroughtForward,
-    kEnded,  // the entry function has returned; `id` is the exit code
-};
-
-struct Event {
-    EventKind kind;
-    UINT id;           // of the icon or of the chosen menu item, the button that closed, else 0
-    std::string text;  // tooltip, balloon title, caption or address
-    std::string more;  // the balloon's or box's text
-
-    bool operator==(const Event&) const = default;
-};
+using machine::Event;
+using machine::EventKind;
 
 // Everything since the process began or Forget was called.
 std::vector<Event> Journal();
-// Forgets the journal, pages, reboots and beeps.
+// Forgets the journal, pages, reboots, beeps and wait cursors.
 void Forget();
 
 // Calls `subscriber` with each event, in order, on the thread on which it happens. It must neither

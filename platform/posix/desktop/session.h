@@ -3,9 +3,12 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <thread>
+
+#include "machine/waits.h"
 
 namespace desktop {
 
@@ -28,9 +31,13 @@ public:
     int End();
 
 private:
+    static constexpr int kSecondsToEnd = 30;
+
+    bool HasEndedWithin(std::chrono::seconds span);
     void Run(const std::function<int()>& entry);
 
     std::optional<int> m_exitCode;  // under the lock of the world
+    machine::ThreadMark m_mark;
     std::thread m_thread;
 };
 

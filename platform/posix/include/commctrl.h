@@ -3,10 +3,6 @@
 
 #include "winuser.h"
 
-#ifdef __cplusplus
-extern "C" {
-#endif
-
 typedef struct _TREEITEM* HTREEITEM;
 typedef struct _IMAGELIST* HIMAGELIST;
 
@@ -168,7 +164,3 @@ typedef int(CALLBACK* PFNLVCOMPARE)(LPARAM, LPARAM, LPARAM);
 #define LVN_FIRST (0U - 100U)
 #define LVN_DELETEITEM (LVN_FIRST - 3)
 #define LVN_DELETEALLITEMS (LVN_FIRST - 4)
-
-#ifdef __cplusplus
-}
-#endif

@@ -3,10 +3,6 @@
 
 #include "windef.h"
 
-#ifdef __cplusplus
-extern "C" {
-#endif
-
 #define CPL_INIT 1
 #define CPL_GETCOUNT 2
 #define CPL_INQUIRE 3
@@ -26,7 +22,3 @@ typedef struct tagCPLINFO {
     int idInfo;
     LONG_PTR lData;
 } CPLINFO, *LPCPLINFO;
-
-#ifdef __cplusplus
-}
-#endif

@@ -5,10 +5,6 @@
 
 #include "windef.h"
 
-#ifdef __cplusplus
-extern "C" {
-#endif
-
 #define NIM_ADD 0x00000000
 #define NIM_MODIFY 0x00000001
 #define NIM_DELETE 0x00000002
@@ -56,7 +52,3 @@ typedef struct _NOTIFYICONDATAA {
 BOOL WINAPI Shell_NotifyIconA(DWORD message, PNOTIFYICONDATAA data);
 HINSTANCE WINAPI ShellExecuteA(HWND owner, LPCSTR operation, LPCSTR file, LPCSTR parameters,
                                LPCSTR directory, int show);
-
-#ifdef __cplusplus
-}
-#endif

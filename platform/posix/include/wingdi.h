@@ -3,10 +3,6 @@
 
 #include "windef.h"
 
-#ifdef __cplusplus
-extern "C" {
-#endif
-
 #define PS_SOLID 0
 
 HDC WINAPI CreateCompatibleDC(HDC context);
@@ -19,7 +15,3 @@ BOOL WINAPI DeleteObject(HGDIOBJ object);
 // Fills with the selected brush and draws the outline with the selected pen.
 BOOL WINAPI Polygon(HDC context, const POINT* points, int count);
 COLORREF WINAPI GetPixel(HDC context, int x, int y);
-
-#ifdef __cplusplus
-}
-#endif

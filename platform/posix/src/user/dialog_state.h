@@ -1,0 +1,48 @@
+// What the dialog manager keeps for each dialog.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "src/user/window.h"
+
+namespace user {
+
+// What makes a dialog a message box.
+struct BoxFacts {
+    std::string text;
+    UINT icon;  // MB_ICON...
+};
+
+struct DialogState : ControlState {
+    LONG_PTR messageResult = 0;
+    LONG_PTR proc = 0;  // a DLGPROC
+    LONG_PTR userLong = 0;
+    LONG_PTR defaultButton = 0;
+    std::optional<INT_PTR> result;  // given to EndDialog
+    bool reenablesOwner = false;
+    std::optional<BoxFacts> box;
+
+    UINT Answer() const { return static_cast<UINT>(result.value_or(0)); }
+
+    // The field at a DWLP_ index; null if there is none.
+    LONG_PTR* Field(int index) {
+        if (index == DWLP_MSGRESULT) return &messageResult;
+        if (index == DWLP_DLGPROC) return &proc;
+        if (index == DWLP_USER) return &userLong;
+        return nullptr;
+    }
+    const LONG_PTR* Field(int index) const { return const_cast<DialogState*>(this)->Field(index); }
+};
+
+// Makes the controls, sends WM_INITDIALOG and sets the focus. The dialog is still hidden. False:
+// the dialog was destroyed meanwhile.
+bool InitDialog(const WindowPtr& dialog, LPARAM parameter);
+
+// Runs the dialog until EndDialog, then destroys it. Its owner takes no input meanwhile.
+INT_PTR RunModal(const WindowPtr& dialog);
+
+// Keeps the user from the owner until the dialog ends. Called before the dialog is made ready.
+void DisableOwner(const WindowPtr& dialog);
+
+}  // namespace user

@@ -1,0 +1,159 @@
+// Menus from resources, and the popup menu on the screen.
+#include <utility>
+
+#include "machine/journal.h"
+#include "src/last_error.h"
+#include "src/user/hand_out.h"
+#include "src/user/menu.h"
+#include "src/user/objects.h"
+#include "src/user/queue.h"
+#include "src/user/template.h"
+#include "src/user/window.h"
+
+namespace user {
+namespace {
+
+using Menus = Objects<HMENU, Menu>;
+
+Menus& AllMenus() {
+    static Menus& menus = *new Menus;
+    return menus;
+}
+
+HMENU Build(const std::vector<MenuItemTemplate>& from) {
+    Menu menu;
+    for (const MenuItemTemplate& item : from) {
+        const HMENU popup = item.flags & MF_POPUP ? Build(item.items) : nullptr;
+        menu.items.push_back({item.id, item.text, popup});
+    }
+    return AllMenus().Add(std::move(menu));
+}
+
+std::shared_ptr<Menu> MenuOrError(HMENU handle) {
+    auto menu = AllMenus().Find(handle);
+    if (!menu) SetLastError(ERROR_INVALID_MENU_HANDLE);
+    return menu;
+}
+
+const MenuItem* ItemAt(const std::shared_ptr<Menu>& menu, int position) {
+    const auto at = static_cast<std::size_t>(position);
+    return menu && at < menu->items.size() ? &menu->items[at] : nullptr;
+}
+
+// Puts the menu on the desktop. False: another one is open there.
+bool Open(const OpenMenu& menu) {
+    {
+        const machine::WorldLock lock = machine::LockWorld();
+        if (TheDesk().menu) return false;
+        TheDesk().menu = menu;
+    }
+    machine::Record({machine::EventKind::kMenuOpened, 0, "", ""});
+    return true;
+}
+
+// Takes the menu away; gives the chosen command, 0 for none.
+UINT Close() {
+    UINT chosen = 0;
+    {
+        const machine::WorldLock lock = machine::LockWorld();
+        chosen = TheDesk().menu->chosen;
+        TheDesk().menu.reset();
+    }
+    machine::Record({machine::EventKind::kMenuClosed, chosen, "", ""});
+    return chosen;
+}
+
+}  // namespace
+
+std::shared_ptr<Menu> LookupMenuLocked(HMENU menu) { return AllMenus().FindLocked(menu); }
+
+std::string PlainText(const std::string& text) {
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '&' && ++i == text.size()) break;
+        plain.push_back(text[i]);
+    }
+    return plain;
+}
+
+}  // namespace user
+
+using namespace user;
+
+HMENU WINAPI LoadMenuA(HINSTANCE instance, LPCSTR name) {
+    if (win32::Refused("LoadMenuA")) return nullptr;
+    const auto items = LoadMenuTemplate(instance, name);
+    if (!items) return win32::Fail(ERROR_RESOURCE_NAME_NOT_FOUND, nullptr);
+    return Build(*items);
+}
+
+HMENU WINAPI GetSubMenu(HMENU menu, int position) {
+    if (win32::Refused("GetSubMenu")) return nullptr;
+    const auto found = MenuOrError(menu);
+    const MenuItem* item = ItemAt(found, position);
+    return item ? item->popup : nullptr;
+}
+
+int WINAPI GetMenuItemCount(HMENU menu) {
+    const auto found = MenuOrError(menu);
+    return found ? static_cast<int>(found->items.size()) : -1;
+}
+
+UINT WINAPI GetMenuItemID(HMENU menu, int position) {
+    const auto found = MenuOrError(menu);
+    const MenuItem* item = ItemAt(found, position);
+    return item && !item->popup ? item->id : static_cast<UINT>(-1);
+}
+
+int WINAPI GetMenuStringA(HMENU menu, UINT item, LPSTR text, int capacity, UINT flags) {
+    const auto found = MenuOrError(menu);
+    if (!found) return 0;
+    if (flags & MF_BYPOSITION) {
+        const MenuItem* at = ItemAt(found, static_cast<int>(item));
+        return at ? HandOut(at->text, text, capacity) : 0;
+    }
+    for (const MenuItem& candidate : found->items)
+        if (!candidate.popup && candidate.id == item)
+            return HandOut(candidate.text, text, capacity);
+    return 0;
+}
+
+BOOL WINAPI SetMenuDefaultItem(HMENU menu, UINT item, UINT byPosition) {
+    const auto found = MenuOrError(menu);
+    if (!found) return FALSE;
+    if (byPosition) {
+        const MenuItem* at = ItemAt(found, static_cast<int>(item));
+        if (!at) return FALSE;
+        item = at->id;
+    }
+    for (const MenuItem& candidate : found->items)
+        if (candidate.id == item) return found->defaultItem = item, TRUE;
+    return FALSE;
+}
+
+UINT WINAPI GetMenuDefaultItem(HMENU menu, UINT byPosition, UINT) {
+    const auto found = MenuOrError(menu);
+    if (!found || !byPosition) return found ? found->defaultItem : static_cast<UINT>(-1);
+    for (std::size_t i = 0; i < found->items.size(); ++i)
+        if (found->items[i].id == found->defaultItem) return static_cast<UINT>(i);
+    return static_cast<UINT>(-1);
+}
+
+// The choice is posted to the owner as a command. The menu goes with its owner.
+BOOL WINAPI TrackPopupMenu(HMENU menu, UINT, int x, int y, int, HWND owner, const RECT*) {
+    if (win32::Refused("TrackPopupMenu")) return FALSE;
+    if (!MenuOrError(menu) || !Lookup(owner)) return FALSE;
+    if (!Open({menu, owner, {x, y}})) return win32::Fail(ERROR_POPUP_ALREADY_ACTIVE, FALSE);
+    RunModalLoop([&] { return LookupLocked(owner) && !TheDesk().menu->closed; },
+                 [](MSG&) { return false; });
+    if (const UINT chosen = Close()) PostMessageA(owner, WM_COMMAND, chosen, 0);
+    return TRUE;
+}
+
+BOOL WINAPI DestroyMenu(HMENU menu) {
+    const auto found = MenuOrError(menu);
+    if (!found) return FALSE;
+    for (const MenuItem& item : found->items)
+        if (item.popup) DestroyMenu(item.popup);
+    return AllMenus().Remove(menu);
+}
