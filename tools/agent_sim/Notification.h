@@ -18,6 +18,8 @@ struct Notification {
     std::string url;
     bool urlPopup = false;
     std::vector<std::string> restrictions;  // "FIRST-LAST", dotted addresses
+
+    bool operator==(const Notification&) const = default;
 };
 
 // Throws UsageError unless it is one of the four.

@@ -1,0 +1,106 @@
+// The agent's stand-in: what it says of frames, sound and broken, and that the applet's own reader
+// finds in its notifications what was put into them.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "FrameText.h"
+#include "Notification.h"
+#include "temp_path.h"
+
+namespace agent_sim {
+namespace {
+
+using Frame = std::vector<std::uint8_t>;
+
+std::string Described(const Frame& frame) {
+    std::string text;
+    for (const std::string& line : DescribeFrame(frame)) text += line + "\n";
+    return text;
+}
+
+TEST(FrameText, TellsCommandPayloadAndBytes) {
+    const struct {
+        Frame frame;
+        const char* text;
+    } cases[] = {
+        {{0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0, 0, 0},
+         "command 4, reassess health, 5 bytes\n  00 00 00 04 00 00 00 05 00 00 00 00 00\n"},
+        {{0, 0, 0, 10, 0, 0, 0, 3, 'H', 'i', 0},
+         "command 10, text, 3 bytes\n  \"Hi\"\n  00 00 00 0a 00 00 00 03 48 69 00\n"},
+        {{0, 0, 0, 10, 0, 0, 0, 1, 'H'},
+         "command 10, text, 1 byte\n  \"H\", without its terminating zero\n"
+         "  00 00 00 0a 00 00 00 01 48\n"},
+        {{0, 0, 0, 3, 0, 0, 0, 26, 0, 0, 0, 1,   0,   0, 0, 1, 0,
+          0, 0, 1, 0, 0, 0, 0, 0,  0, 0, 0, 'a', 'b', 0, 0, 0, 0},
+         "command 3, composite message, 26 bytes\n  blob 1, 1 byte: \"a\"\n  blob 2, 1 byte: "
+         "\"b\"\n"
+         "  00 00 00 03 00 00 00 1a 00 00 00 01 00 00 00 01\n"
+         "  00 00 00 01 00 00 00 00 00 00 00 00 61 62 00 00\n  00 00\n"},
+        {{0, 0, 0, 3, 0, 0, 0, 2, 9, 9},
+         "command 3, composite message, 2 bytes\n"
+         "  a composite message whose lengths do not fit its size\n"
+         "  00 00 00 03 00 00 00 02 09 09\n"},
+        {{0, 0, 0, 9, 0, 0, 0, 1, 7},
+         "command 9, record, 1 byte\n  the command has 80 bytes\n  00 00 00 09 00 00 00 01 07\n"},
+        {{0, 0, 0, 7, 255, 255, 255, 255, 0},
+         "command 7, download updates, 1 byte\n  the header announces 4294967295 bytes\n"
+         "  00 00 00 07 ff ff ff ff 00\n"},
+        {{0, 0, 0, 99, 0, 0, 0, 0}, "command 99, unknown, 0 bytes\n  00 00 00 63 00 00 00 00\n"},
+        {{1, 2}, "no frame: 2 bytes, shorter than a header\n  01 02\n"},
+    };
+    for (const auto& each : cases) EXPECT_EQ(Described(each.frame), each.text);
+}
+
+TEST(FrameSplitter, GivesEachFrameWhenItsLastByteHasCome) {
+    const Frame two{0, 0, 0, 4, 0, 0, 0, 1, 9, 0, 0, 0, 7, 0, 0, 0, 0};
+    FrameSplitter splitter;
+    std::vector<std::size_t> sizes;
+    for (std::size_t at = 0; at < two.size(); ++at) {
+        splitter.Append(Bytes(two).subspan(at, 1));
+        while (const auto frame = splitter.Next()) sizes.push_back(at * 100 + frame->size());
+    }
+    EXPECT_EQ(sizes, (std::vector<std::size_t>{809, 1608}));
+    EXPECT_TRUE(splitter.Rest().empty());
+}
+
+TEST(Notification, ComesBackFromTheReaderAsItWasWritten) {
+    const TempPath file("notification");
+    const Notification written{.state = "high",
+                               .enabled = true,
+                               .displayIcon = false,
+                               .autoInstall = true,
+                               .message = "A&B say \"<now>\".",
+                               .messagePopup = true,
+                               .url = "http://localhost/?a=1&b=\"2\"",
+                               .urlPopup = true,
+                               .restrictions = {"10.0.0.1-10.0.0.254", "1.2.3.4-5.6.7.8"}};
+    using std::chrono::floor, std::chrono::seconds;
+    const auto second = floor<seconds>(std::filesystem::file_time_type::clock::now());
+    WriteNotification(file.c_str(), written);
+    EXPECT_GT(floor<seconds>(std::filesystem::last_write_time(file.c_str())), second);
+    const auto read = ReadNotification(file.c_str());
+    ASSERT_TRUE(read);
+    EXPECT_EQ(*read, written);
+    EXPECT_FALSE(ReadNotification("no such file"));
+}
+
+TEST(Arguments, SplitALineAndGiveOptionsFromAnywhere) {
+    Arguments arguments(SplitLine(R"(health --page "a b" low --disabled --page c)"));
+    EXPECT_EQ(arguments.TakeValue("--page"), "c");
+    EXPECT_TRUE(arguments.TakeFlag("--disabled"));
+    EXPECT_EQ(arguments.RequireWord("verb"), "health");
+    EXPECT_EQ(arguments.RequireWord("state"), "low");
+    EXPECT_NO_THROW(arguments.ExpectNoMore());
+    EXPECT_THROW(arguments.RequireWord("more"), UsageError);
+    EXPECT_THROW(SplitLine("an \"open quote"), UsageError);
+    EXPECT_THROW(ParseNumber("12x"), UsageError);
+    EXPECT_EQ(ParseNumber("0x80070002"), 0x80070002);
+}
+
+}  // namespace
+}  // namespace agent_sim
