@@ -75,8 +75,10 @@ std::string HealthReport::Document() const {
     return text + "</HLXHealthResult>\n";
 }
 
-Listener::Listener(Transport transport)
-    : transport_(transport), socket_(::socket(AF_INET, transport, 0)) {
+Listener::Listener(Transport transport) : transport_(transport) {
+    WSADATA sockets;
+    WSAStartup(MAKEWORD(2, 2), &sockets);
+    socket_ = socket(AF_INET, transport, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(transport == kUdp ? 30022 : 30024);
@@ -86,6 +88,11 @@ Listener::Listener(Transport transport)
     if (transport == kTcp) {
         EXPECT_EQ(listen(socket_, 1), 0);
     }
+}
+
+Listener::~Listener() {
+    closesocket(socket_);
+    WSACleanup();
 }
 
 std::string Listener::Receive(DWORD limitMs) const {
@@ -110,8 +117,6 @@ std::string FrameOf(char command) { return {0, 0, 0, command, 0, 0, 0, 5, 0, 0, 
 
 Agent::Agent() {
     Unregister();
-    WSADATA sockets;
-    WSAStartup(MAKEWORD(2, 2), &sockets);
     char temporary[MAX_PATH];
     GetTempPathA(MAX_PATH, temporary);
     directory_ = std::string(temporary) + "vh_tray e2e\\";
@@ -124,7 +129,6 @@ Agent::~Agent() {
     for (const char* name : {"healthnotif.txt", "healthnotif.new", "swcache", "LIBEXPAT.dll"})
         DeleteFileA((directory_ + name).c_str());
     RemoveDirectoryA(directory_.c_str());
-    WSACleanup();
 }
 
 void Agent::Write(const std::string& name, const std::string& content) const {

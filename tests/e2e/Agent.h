@@ -25,7 +25,7 @@ public:
     enum Transport { kUdp = SOCK_DGRAM, kTcp = SOCK_STREAM };
 
     explicit Listener(Transport transport);
-    ~Listener() { closesocket(socket_); }
+    ~Listener();
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 

@@ -112,6 +112,12 @@ void Applet::RightClick(TrayIcon icon) const {
         PostMessageA(window_, kTrayCallback, icon, mouse);
 }
 
+void Applet::ChooseFromMenu(char letter) const {
+    RightClick(kHealthIcon);
+    EXPECT_TRUE(WaitFor([this] { return Menu() != nullptr; }, kPromptLimitMs));
+    PostMessageA(window_, WM_CHAR, static_cast<WPARAM>(letter), 0);
+}
+
 std::vector<HWND> Applet::Dialogs(const std::string& caption) const {
     std::vector<HWND> dialogs;
     for (HWND window : WindowsOf(processId_, kDialogClass))

@@ -39,6 +39,9 @@ public:
     // What the shell posts when the user does this to an icon.
     void DoubleClick(TrayIcon icon) const;
     void RightClick(TrayIcon icon) const;
+    // Opens the menu of the health icon and types the letter of an item.
+    void ChooseFromMenu(char letter) const;
+    // The command of an item, without the menu.
     void Choose(WORD command) const { PostMessageA(window_, WM_COMMAND, command, 0); }
 
     // The visible dialogs and message boxes with this caption.

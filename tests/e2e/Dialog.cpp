@@ -101,11 +101,11 @@ int RemoteList::WidthOf(const std::string& text) const {
         SendMessageA(list_, LVM_GETSTRINGWIDTHA, 0, reinterpret_cast<LPARAM>(page_->Text())));
 }
 
-int RemoteList::Arrow(int column) const {
+bool RemoteList::HasArrow(int column) const {
     HDITEMA item{};
     item.mask = HDI_FORMAT;
     page_->Send(Header(), HDM_GETITEMA, static_cast<WPARAM>(column), item);
-    return item.fmt & (HDF_SORTUP | HDF_SORTDOWN);
+    return item.fmt & (HDF_SORTUP | HDF_SORTDOWN | HDF_BITMAP);
 }
 
 int RemoteList::Selected() const {

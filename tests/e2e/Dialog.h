@@ -21,8 +21,8 @@ public:
     int Width(int column) const;
     // The width of a text in the list's font, in pixels.
     int WidthOf(const std::string& text) const;
-    // HDF_SORTUP, HDF_SORTDOWN or 0.
-    int Arrow(int column) const;
+    // Does the header show a sort arrow here, be it the control's own or a picture?
+    bool HasArrow(int column) const;
     int Selected() const;
     // A click of the left button on a column's header.
     void ClickHeader(int column) const;

@@ -33,9 +33,10 @@ TEST(Lifetime, ExitCodeTellsHowItWasClosed) {
 
 TEST(Lifetime, SecondInstanceEndsAtOnceAndLeavesTheFirstAlone) {
     const Agent agent;
-    agent.Report({});
+    agent.Report({.state = "medium"});
     const Applet first;
     ASSERT_TRUE(first.AwaitIcon(kHealthIcon, kPassLimitMs));
+    TakePicture("balloon");
     {
         const Applet second;
         EXPECT_EQ(second.Window(), nullptr);
@@ -52,7 +53,6 @@ TEST(Lifetime, IconsGoWithTheApplet) {
     const Applet applet;
     EXPECT_TRUE(applet.AwaitIcon(kInstalledIcon, kPromptLimitMs));
     EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
-    TakePicture("balloon");
     agent.RecordDownload("any.msi", 0x80070002);
     EXPECT_TRUE(applet.AwaitIcon(kDownloadsIcon, kPromptLimitMs));
     applet.Choose(kExit);
