@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <list>
+#include <utility>
 #include <vector>
 
 namespace machine {
@@ -11,7 +12,7 @@ namespace {
 struct Waiter {
     const std::function<bool()>* ready;
     std::optional<Ticks> deadline;
-    bool marked;
+    const ThreadMark* mark;  // null: a thread that nobody reckons with
     std::condition_variable wake;
 
     bool AtRest() const { return !(*ready)() && !(deadline && Clock::Uptime() >= *deadline); }
@@ -31,16 +32,21 @@ World& TheWorld() {
     return world;
 }
 
-thread_local bool t_marked = false;
+thread_local ThreadMark* t_mark = nullptr;
 
 bool OthersAtRest(const World& world) {
-    int resting = t_marked ? 1 : 0;
+    int resting = t_mark ? 1 : 0;
     for (const Waiter* waiter : world.waiters) {
-        if (!waiter->marked) continue;
+        if (!waiter->mark) continue;
         if (!waiter->AtRest()) return false;
         ++resting;
     }
     return resting == world.markedThreads;
+}
+
+[[noreturn]] void StopForGood(WorldLock& lock) {
+    std::condition_variable never;
+    for (;;) never.wait(lock);
 }
 
 }  // namespace
@@ -49,8 +55,9 @@ WorldLock LockWorld() { return WorldLock(TheWorld().mutex); }
 
 bool WaitFor(WorldLock& lock, const std::function<bool()>& ready, std::optional<Ticks> deadline) {
     World& world = TheWorld();
+    if (t_mark && t_mark->m_abandoned) StopForGood(lock);
     if (ready()) return true;
-    Waiter self{&ready, deadline, t_marked, {}};
+    Waiter self{&ready, deadline, t_mark, {}};
     const auto place = world.waiters.insert(world.waiters.end(), &self);
     bool met = false;
     while (!(met = ready()) && !(deadline && Clock::Uptime() >= *deadline)) {
@@ -61,6 +68,7 @@ bool WaitFor(WorldLock& lock, const std::function<bool()>& ready, std::optional<
         } else {
             self.wake.wait(lock);
         }
+        if (t_mark && t_mark->m_abandoned) StopForGood(lock);
     }
     world.waiters.erase(place);
     return met;
@@ -76,13 +84,25 @@ ThreadMark::ThreadMark() {
     ++TheWorld().markedThreads;
 }
 
-void ThreadMark::Enter() { t_marked = true; }
+ThreadMark::~ThreadMark() { Leave(); }
+
+void ThreadMark::Enter() { t_mark = this; }
 
 void ThreadMark::Leave() {
     const WorldLock lock = LockWorld();
-    t_marked = false;
+    if (t_mark == this) t_mark = nullptr;
+    if (!std::exchange(m_counted, false)) return;
     --TheWorld().markedThreads;
     TheWorld().rest.notify_all();
+}
+
+void ThreadMark::Abandon() {
+    if (!std::exchange(m_counted, false)) return;
+    m_abandoned = true;
+    World& world = TheWorld();
+    world.waiters.remove_if([this](const Waiter* waiter) { return waiter->mark == this; });
+    --world.markedThreads;
+    world.rest.notify_all();
 }
 
 void Settle(WorldLock& lock) {

@@ -31,8 +31,22 @@ void WorldChanged();
 class ThreadMark {
 public:
     ThreadMark();
+    ~ThreadMark();
+    ThreadMark(const ThreadMark&) = delete;
+    ThreadMark& operator=(const ThreadMark&) = delete;
+
     void Enter();
     void Leave();
+
+    // Gives the thread up, under the lock: nobody reckons with it any more, and where it next waits
+    // it stops for good, with all that it holds.
+    void Abandon();
+
+private:
+    friend bool WaitFor(WorldLock&, const std::function<bool()>&, std::optional<Ticks>);
+
+    bool m_counted = true;
+    bool m_abandoned = false;
 };
 
 // Waits until every marked thread but the caller is at rest: in WaitFor, with its condition

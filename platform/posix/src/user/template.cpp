@@ -5,7 +5,7 @@
 #include <span>
 
 #include "src/module_resources.h"
-#include "src/user/narrow_text.h"
+#include "src/narrow_text.h"
 
 namespace user {
 namespace {
@@ -31,13 +31,13 @@ public:
     std::string Text() {
         std::u16string text;
         while (const WORD unit = Word()) text.push_back(static_cast<char16_t>(unit));
-        return NarrowText(text);
+        return win32::NarrowText(text);
     }
 
     std::string Text(std::size_t length) {
         std::u16string text;
         while (length-- && m_good) text.push_back(static_cast<char16_t>(Word()));
-        return NarrowText(text);
+        return win32::NarrowText(text);
     }
 
     // A number or a text, as templates name classes, menus and pictures.

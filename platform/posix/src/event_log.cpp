@@ -1,0 +1,55 @@
+// The event log: the system's log, a line for each event, under the source's name.
+#include <syslog.h>
+
+#include <mutex>
+#include <string>
+
+#include "src/kernel_object.h"
+#include "src/last_error.h"
+
+namespace {
+
+struct EventSource : win32::KernelObject {
+    explicit EventSource(const char* name) : name(name) {}
+    const std::string name;
+};
+
+int PriorityOf(WORD type) {
+    switch (type) {
+        case EVENTLOG_ERROR_TYPE:
+            return LOG_ERR;
+        case EVENTLOG_WARNING_TYPE:
+            return LOG_WARNING;
+        default:
+            return LOG_INFO;
+    }
+}
+
+}  // namespace
+
+HANDLE RegisterEventSourceA(LPCSTR, LPCSTR source) {
+    if (win32::Refused("RegisterEventSourceA")) return nullptr;
+    if (!source) return win32::Fail(ERROR_INVALID_PARAMETER, HANDLE{});
+    return win32::NewHandle(std::make_shared<EventSource>(source));
+}
+
+BOOL DeregisterEventSource(HANDLE source) {
+    if (win32::Refused("DeregisterEventSource")) return FALSE;
+    if (!win32::ObjectOf<EventSource>(source)) return FALSE;
+    win32::TakeHandle(source);
+    return TRUE;
+}
+
+BOOL ReportEventA(HANDLE handle, WORD type, WORD, DWORD, PVOID, WORD stringCount, DWORD,
+                  LPCSTR* strings, LPVOID) {
+    if (win32::Refused("ReportEventA", type)) return FALSE;
+    const auto source = win32::ObjectOf<EventSource>(handle);
+    if (!source) return FALSE;
+    // The process has one connection to the log, which bears the name of the source that speaks.
+    static std::mutex mutex;
+    const std::lock_guard guard(mutex);
+    openlog(source->name.c_str(), LOG_PID, LOG_USER);
+    for (WORD i = 0; i < stringCount; ++i) syslog(PriorityOf(type), "%s", strings[i]);
+    closelog();
+    return TRUE;
+}

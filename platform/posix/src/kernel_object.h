@@ -1,0 +1,40 @@
+// What stands behind a HANDLE or an HKEY: an object that lives as long as somebody refers to it.
+#pragma once
+
+#include <memory>
+
+#include "winbase.h"
+#include "winerror.h"
+
+namespace win32 {
+
+struct KernelObject {
+    virtual ~KernelObject() = default;
+};
+
+// An object that can be waited for. Both operations are called under the lock of the world.
+struct Waitable : KernelObject {
+    virtual bool Signalled() const = 0;
+    // A wait has been satisfied by this object.
+    virtual void Taken() {}
+};
+
+// A handle of its own for the object. Values are never used twice, so that a handle that was closed
+// stays invalid.
+HANDLE NewHandle(std::shared_ptr<KernelObject> object);
+
+// The object, or null if the value is no open handle.
+std::shared_ptr<KernelObject> ObjectOf(HANDLE handle);
+
+// The object if it is one of this kind, else null with ERROR_INVALID_HANDLE.
+template <class Kind>
+std::shared_ptr<Kind> ObjectOf(HANDLE handle) {
+    auto object = std::dynamic_pointer_cast<Kind>(ObjectOf(handle));
+    if (!object) SetLastError(ERROR_INVALID_HANDLE);
+    return object;
+}
+
+// Closes the handle and gives the object it stood for, or null.
+std::shared_ptr<KernelObject> TakeHandle(HANDLE handle);
+
+}  // namespace win32

@@ -1,0 +1,173 @@
+// The registry's operations, on the store and the watch.
+#include "winreg.h"
+
+#include <cstring>
+#include <string>
+
+#include "machine/faults.h"
+#include "src/last_error.h"
+#include "src/narrow_text.h"
+#include "src/registry_store.h"
+#include "src/registry_watch.h"
+
+namespace {
+
+using KeyPointer = std::shared_ptr<win32::RegistryKey>;
+
+const char* TopName(HKEY key) {
+    if (key == HKEY_CLASSES_ROOT) return "HKEY_CLASSES_ROOT";
+    if (key == HKEY_CURRENT_USER) return "HKEY_CURRENT_USER";
+    if (key == HKEY_LOCAL_MACHINE) return "HKEY_LOCAL_MACHINE";
+    if (key == HKEY_USERS) return "HKEY_USERS";
+    return nullptr;
+}
+
+KeyPointer KeyOf(HKEY key) {
+    if (const char* top = TopName(key)) return win32::RegistryKey::OpenTop(top);
+    return std::dynamic_pointer_cast<win32::RegistryKey>(win32::ObjectOf(HANDLE{key}));
+}
+
+LONG Code(DWORD error) { return static_cast<LONG>(error); }
+
+const char* OrEmpty(const char* text) { return text ? text : ""; }
+
+// An operation on an open key: the fault ordered for it, or what it does with the key.
+template <class Body>
+LONG OnKey(const char* operation, HKEY handle, Body body) {
+    if (const auto error = machine::Strike(operation)) return Code(*error);
+    const KeyPointer key = KeyOf(handle);
+    return key ? Code(body(*key)) : ERROR_INVALID_HANDLE;
+}
+
+HKEY NewKeyHandle(KeyPointer key) { return static_cast<HKEY>(win32::NewHandle(std::move(key))); }
+
+// Hands data out as RegQueryValueEx and RegEnumValue do: a null `data` asks for the size.
+DWORD HandOut(const std::string& bytes, LPBYTE data, LPDWORD size) {
+    if (!size) return data ? ERROR_INVALID_PARAMETER : ERROR_SUCCESS;
+    const DWORD capacity = *size;
+    *size = static_cast<DWORD>(bytes.size());
+    if (!data) return ERROR_SUCCESS;
+    if (capacity < bytes.size()) return ERROR_MORE_DATA;
+    std::memcpy(data, bytes.data(), bytes.size());
+    return ERROR_SUCCESS;
+}
+
+}  // namespace
+
+LONG RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM, PHKEY result) {
+    return OnKey("RegOpenKeyExA", key, [&](win32::RegistryKey& parent) {
+        KeyPointer opened;
+        const DWORD error = parent.Open(OrEmpty(subkey), opened);
+        if (!error) *result = NewKeyHandle(std::move(opened));
+        return error;
+    });
+}
+
+LONG RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM, LPSECURITY_ATTRIBUTES,
+                     PHKEY result, LPDWORD disposition) {
+    return OnKey("RegCreateKeyExA", key, [&](win32::RegistryKey& parent) {
+        KeyPointer opened;
+        bool created = false;
+        if (const DWORD error = parent.Create(OrEmpty(subkey), opened, created)) return error;
+        if (disposition) *disposition = created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
+        *result = NewKeyHandle(std::move(opened));
+        return DWORD{ERROR_SUCCESS};
+    });
+}
+
+LONG RegCloseKey(HKEY key) {
+    if (const auto error = machine::Strike("RegCloseKey")) return Code(*error);
+    if (TopName(key)) return ERROR_SUCCESS;
+    if (!KeyOf(key)) return ERROR_INVALID_HANDLE;
+    const auto closed = std::static_pointer_cast<win32::RegistryKey>(win32::TakeHandle(key));
+    if (closed) win32::FireNotificationsOf(*closed);
+    return ERROR_SUCCESS;
+}
+
+LONG RegDeleteKeyA(HKEY key, LPCSTR subkey) {
+    return OnKey("RegDeleteKeyA", key,
+                 [&](win32::RegistryKey& parent) { return parent.Delete(OrEmpty(subkey), false); });
+}
+
+LONG RegDeleteTreeA(HKEY key, LPCSTR subkey) {
+    return OnKey("RegDeleteTreeA", key,
+                 [&](win32::RegistryKey& parent) { return parent.Delete(OrEmpty(subkey), true); });
+}
+
+LONG RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data, LPDWORD size) {
+    return OnKey("RegQueryValueExA", key, [&](win32::RegistryKey& opened) {
+        win32::RegistryValue value;
+        if (const DWORD error = opened.Read(OrEmpty(name), value)) return error;
+        if (type) *type = value.type;
+        return HandOut(value.data, data, size);
+    });
+}
+
+LONG RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD, LPDWORD type, LPBYTE data, LPDWORD size) {
+    return OnKey("RegQueryValueExW", key, [&](win32::RegistryKey& opened) {
+        win32::RegistryValue value;
+        const std::string narrow = name ? win32::NarrowText(std::wstring_view(name)) : "";
+        if (const DWORD error = opened.Read(narrow, value)) return error;
+        if (type) *type = value.type;
+        if (value.type == REG_SZ || value.type == REG_EXPAND_SZ || value.type == REG_MULTI_SZ) {
+            const std::u16string wide = win32::WideText(value.data);
+            value.data.assign(reinterpret_cast<const char*>(wide.data()), wide.size() * 2);
+        }
+        return HandOut(value.data, data, size);
+    });
+}
+
+LONG RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPDWORD type,
+                   LPBYTE data, LPDWORD size) {
+    return OnKey("RegEnumValueA", key, [&](win32::RegistryKey& opened) {
+        win32::RegistryValue value;
+        if (const DWORD error = opened.ReadAt(index, value)) return error;
+        if (type) *type = value.type;
+        const DWORD error = HandOut(value.data, data, size);
+        if (*nameSize <= value.name.size()) return DWORD{ERROR_MORE_DATA};
+        std::memcpy(name, value.name.c_str(), value.name.size() + 1);
+        *nameSize = static_cast<DWORD>(value.name.size());
+        return error;
+    });
+}
+
+LONG RegQueryInfoKeyA(HKEY key, LPSTR, LPDWORD classSize, LPDWORD, LPDWORD subkeys,
+                      LPDWORD longestSubkey, LPDWORD longestClass, LPDWORD values,
+                      LPDWORD longestName, LPDWORD longestData, LPDWORD securitySize,
+                      PFILETIME lastWrite) {
+    if (classSize || subkeys || longestSubkey || longestClass || longestName || longestData ||
+        securitySize) {
+        win32::NotImplemented("what RegQueryInfoKeyA tells besides values and last write");
+        return ERROR_CALL_NOT_IMPLEMENTED;
+    }
+    return OnKey("RegQueryInfoKeyA", key, [&](win32::RegistryKey& opened) {
+        DWORD error = values ? opened.CountValues(*values) : DWORD{ERROR_SUCCESS};
+        if (!error && lastWrite) error = opened.LastWrite(*lastWrite);
+        return error;
+    });
+}
+
+LONG RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
+    return OnKey("RegSetValueExA", key, [&](win32::RegistryKey& opened) {
+        const std::string bytes(reinterpret_cast<const char*>(data), size);
+        return opened.Write({type, OrEmpty(name), bytes});
+    });
+}
+
+LONG RegDeleteValueA(HKEY key, LPCSTR name) {
+    return OnKey("RegDeleteValueA", key,
+                 [&](win32::RegistryKey& opened) { return opened.DeleteValue(OrEmpty(name)); });
+}
+
+LONG RegNotifyChangeKeyValue(HKEY key, BOOL subtree, DWORD filter, HANDLE event,
+                             BOOL asynchronous) {
+    if (filter != REG_NOTIFY_CHANGE_LAST_SET || !asynchronous) {
+        win32::NotImplemented("a notification that waits, or of anything but values");
+        return ERROR_CALL_NOT_IMPLEMENTED;
+    }
+    if (const auto error = machine::Strike("RegNotifyChangeKeyValue")) return Code(*error);
+    KeyPointer opened = KeyOf(key);
+    auto target = win32::ObjectOf<win32::Event>(event);
+    if (!opened || !target) return ERROR_INVALID_HANDLE;
+    return Code(win32::ArmNotification(std::move(opened), subtree != 0, std::move(target)));
+}

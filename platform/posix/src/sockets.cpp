@@ -1,0 +1,164 @@
+#include "winsock2.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "src/last_error.h"
+#include "src/startups.h"
+
+#undef socket
+
+namespace {
+
+int WinsockErrorOf(int error) {
+    switch (error) {
+        case EINTR:
+            return WSAEINTR;
+        case EBADF:
+        case ENOTSOCK:
+            return WSAENOTSOCK;
+        case EACCES:
+        case EPERM:
+            return WSAEACCES;
+        case EMFILE:
+        case ENFILE:
+            return WSAEMFILE;
+        case EAGAIN:
+            return WSAEWOULDBLOCK;
+        case EINPROGRESS:
+            return WSAEINPROGRESS;
+        case EMSGSIZE:
+            return WSAEMSGSIZE;
+        case EPROTONOSUPPORT:
+            return WSAEPROTONOSUPPORT;
+        case EADDRINUSE:
+            return WSAEADDRINUSE;
+        case EADDRNOTAVAIL:
+            return WSAEADDRNOTAVAIL;
+        case ENETUNREACH:
+            return WSAENETUNREACH;
+        case ECONNABORTED:
+            return WSAECONNABORTED;
+        case ECONNRESET:
+            return WSAECONNRESET;
+        case ENOBUFS:
+        case ENOMEM:
+            return WSAENOBUFS;
+        case EISCONN:
+            return WSAEISCONN;
+        case ENOTCONN:
+            return WSAENOTCONN;
+        case EPIPE:
+            return WSAESHUTDOWN;
+        case ETIMEDOUT:
+            return WSAETIMEDOUT;
+        case ECONNREFUSED:
+            return WSAECONNREFUSED;
+        case EHOSTUNREACH:
+            return WSAEHOSTUNREACH;
+        default:
+            return WSAEINVAL;
+    }
+}
+
+// False, with the error set, if the call is to fail before it is made.
+bool MayCall(const char* operation) {
+    if (win32::Refused(operation)) return false;
+    if (win32::SocketStartups() > 0) return true;
+    SetLastError(WSANOTINITIALISED);
+    return false;
+}
+
+// Passes the result of a system call on, with its error in Windows' numbers.
+int Passed(ssize_t result) {
+    if (result < 0) SetLastError(static_cast<DWORD>(WinsockErrorOf(errno)));
+    return static_cast<int>(result);
+}
+
+int FileOf(SOCKET socket) { return static_cast<int>(socket); }
+
+// The system's calls take untyped data; that is how they are told from Windows' of the same name.
+const void* Bytes(const char* data) { return data; }
+void* Bytes(char* data) { return data; }
+
+SOCKET SocketOf(int file) { return file < 0 ? INVALID_SOCKET : static_cast<SOCKET>(file); }
+
+}  // namespace
+
+int WSAGetLastError() { return static_cast<int>(GetLastError()); }
+
+SOCKET WinSocket(int family, int type, int protocol) {
+    if (!MayCall("socket")) return INVALID_SOCKET;
+    return SocketOf(Passed(::socket(family, type | SOCK_CLOEXEC, protocol)));
+}
+
+int setsockopt(SOCKET socket, int level, int option, const char* value, int size) {
+    if (!MayCall("setsockopt")) return SOCKET_ERROR;
+    if (option == SO_RCVTIMEO || option == SO_SNDTIMEO) {
+        win32::NotImplemented("time limits of sockets");
+        return SOCKET_ERROR;
+    }
+    return Passed(
+        ::setsockopt(FileOf(socket), level, option, Bytes(value), static_cast<socklen_t>(size)));
+}
+
+int bind(SOCKET socket, const sockaddr* address, int size) {
+    if (!MayCall("bind")) return SOCKET_ERROR;
+    return Passed(::bind(FileOf(socket), address, static_cast<socklen_t>(size)));
+}
+
+int listen(SOCKET socket, int backlog) {
+    if (!MayCall("listen")) return SOCKET_ERROR;
+    return Passed(::listen(FileOf(socket), backlog));
+}
+
+SOCKET accept(SOCKET socket, sockaddr* address, int* size) {
+    if (!MayCall("accept")) return INVALID_SOCKET;
+    socklen_t length = size ? static_cast<socklen_t>(*size) : 0;
+    const int file =
+        Passed(::accept4(FileOf(socket), address, size ? &length : nullptr, SOCK_CLOEXEC));
+    if (size) *size = static_cast<int>(length);
+    return SocketOf(file);
+}
+
+int getsockname(SOCKET socket, sockaddr* address, int* size) {
+    if (!MayCall("getsockname")) return SOCKET_ERROR;
+    auto length = static_cast<socklen_t>(*size);
+    const int result = Passed(::getsockname(FileOf(socket), address, &length));
+    *size = static_cast<int>(length);
+    return result;
+}
+
+int connect(SOCKET socket, const sockaddr* address, int size) {
+    if (!MayCall("connect")) return SOCKET_ERROR;
+    return Passed(::connect(FileOf(socket), address, static_cast<socklen_t>(size)));
+}
+
+int send(SOCKET socket, const char* data, int size, int flags) {
+    if (!MayCall("send")) return SOCKET_ERROR;
+    return Passed(
+        ::send(FileOf(socket), Bytes(data), static_cast<std::size_t>(size), flags | MSG_NOSIGNAL));
+}
+
+int sendto(SOCKET socket, const char* data, int size, int flags, const sockaddr* address,
+           int addressSize) {
+    if (!MayCall("sendto")) return SOCKET_ERROR;
+    return Passed(::sendto(FileOf(socket), Bytes(data), static_cast<std::size_t>(size),
+                           flags | MSG_NOSIGNAL, address, static_cast<socklen_t>(addressSize)));
+}
+
+int recv(SOCKET socket, char* data, int size, int flags) {
+    if (!MayCall("recv")) return SOCKET_ERROR;
+    return Passed(::recv(FileOf(socket), Bytes(data), static_cast<std::size_t>(size), flags));
+}
+
+int shutdown(SOCKET socket, int how) {
+    if (!MayCall("shutdown")) return SOCKET_ERROR;
+    return Passed(::shutdown(FileOf(socket), how));
+}
+
+int closesocket(SOCKET socket) {
+    if (!MayCall("closesocket")) return SOCKET_ERROR;
+    return Passed(::close(FileOf(socket)));
+}

@@ -1,0 +1,108 @@
+// Threads and critical sections.
+#include <cerrno>
+#include <system_error>
+#include <thread>
+
+#include "machine/waits.h"
+#include "process.h"
+#include "src/kernel_object.h"
+#include "src/last_error.h"
+
+namespace {
+
+DWORD NewThreadId() {
+    static std::atomic<DWORD> last{0};
+    return last += 4;
+}
+
+thread_local DWORD t_id = NewThreadId();
+
+struct Thread : win32::Waitable {
+    bool Signalled() const override { return ended; }
+
+    // Under the lock of the world. The first end counts.
+    void End(DWORD exitCode) {
+        if (ended) return;
+        ended = true;
+        code = exitCode;
+        machine::WorldChanged();
+    }
+
+    const DWORD id = NewThreadId();
+    bool ended = false;
+    DWORD code = STILL_ACTIVE;
+    machine::ThreadMark mark;
+};
+
+void RunThread(Thread& thread, unsigned (*procedure)(void*), void* argument) {
+    t_id = thread.id;
+    thread.mark.Enter();
+    const unsigned code = procedure(argument);
+    {
+        const auto lock = machine::LockWorld();
+        thread.End(code);
+    }
+    thread.mark.Leave();
+}
+
+}  // namespace
+
+std::uintptr_t _beginthreadex(void*, unsigned, unsigned (*procedure)(void*), void* argument,
+                              unsigned flags, unsigned* threadId) {
+    if (win32::Refused("_beginthreadex")) return 0;
+    if (flags) {
+        win32::NotImplemented("a thread with start flags");
+        return 0;
+    }
+    const auto thread = std::make_shared<Thread>();
+    if (threadId) *threadId = thread->id;
+    try {
+        std::thread([=] { RunThread(*thread, procedure, argument); }).detach();
+    } catch (const std::system_error&) {
+        errno = EAGAIN;
+        return 0;
+    }
+    return reinterpret_cast<std::uintptr_t>(win32::NewHandle(thread));
+}
+
+DWORD GetCurrentThreadId() { return t_id; }
+
+BOOL GetExitCodeThread(HANDLE handle, LPDWORD code) {
+    if (win32::Refused("GetExitCodeThread")) return FALSE;
+    const auto thread = win32::ObjectOf<Thread>(handle);
+    if (!thread) return FALSE;
+    const auto lock = machine::LockWorld();
+    *code = thread->code;
+    return TRUE;
+}
+
+BOOL TerminateThread(HANDLE handle, DWORD code) {
+    if (win32::Refused("TerminateThread")) return FALSE;
+    const auto thread = win32::ObjectOf<Thread>(handle);
+    if (!thread) return FALSE;
+    const auto lock = machine::LockWorld();
+    thread->mark.Abandon();
+    thread->End(code);
+    return TRUE;
+}
+
+void InitializeCriticalSection(LPCRITICAL_SECTION section) { *section = {}; }
+
+void EnterCriticalSection(LPCRITICAL_SECTION section) {
+    auto lock = machine::LockWorld();
+    machine::WaitFor(lock, [=, self = t_id] {
+        return section->RecursionCount == 0 || section->OwningThread == self;
+    });
+    section->OwningThread = t_id;
+    ++section->RecursionCount;
+}
+
+void LeaveCriticalSection(LPCRITICAL_SECTION section) {
+    const auto lock = machine::LockWorld();
+    if (--section->RecursionCount == 0) machine::WorldChanged();
+}
+
+void DeleteCriticalSection(LPCRITICAL_SECTION section) {
+    const auto lock = machine::LockWorld();
+    *section = {};
+}
