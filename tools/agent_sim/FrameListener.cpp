@@ -11,7 +11,7 @@
 namespace agent_sim {
 namespace {
 
-constexpr std::size_t kLargestDatagram = 65536;
+constexpr int kLargestDatagram = 65536;
 
 sockaddr_in LocalAddress(std::uint16_t port) {
     sockaddr_in address{};
@@ -39,14 +39,15 @@ FrameListener::FrameListener(Handler handler)
     : handler_(std::move(handler)),
       datagrams_(BoundSocket(SOCK_DGRAM, kHlxUdpPort, "UDP port 30022")),
       stream_(BoundSocket(SOCK_STREAM, kHlxTcpPort, "TCP port 30024")) {
-    if (listen(stream_, SOMAXCONN) != 0) throw std::runtime_error("cannot listen on TCP");
+    if (listen(stream_.Handle(), SOMAXCONN) != 0) throw std::runtime_error("cannot listen on TCP");
     thread_ = std::thread([this] { Listen(); });
 }
 
 // An empty datagram is no frame; it tells the thread to end.
 FrameListener::~FrameListener() {
     const sockaddr_in address = LocalAddress(kHlxUdpPort);
-    sendto(datagrams_, "", 0, 0, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    sendto(datagrams_.Handle(), "", 0, 0, reinterpret_cast<const sockaddr*>(&address),
+           sizeof address);
     thread_.join();
 }
 
@@ -54,21 +55,21 @@ void FrameListener::Listen() {
     for (;;) {
         fd_set readable;
         FD_ZERO(&readable);
-        SOCKET highest = std::max<SOCKET>(datagrams_, stream_);
-        FD_SET(static_cast<SOCKET>(datagrams_), &readable);
-        FD_SET(static_cast<SOCKET>(stream_), &readable);
+        SOCKET highest = std::max(datagrams_.Handle(), stream_.Handle());
+        FD_SET(datagrams_.Handle(), &readable);
+        FD_SET(stream_.Handle(), &readable);
         for (const Connection& connection : connections_) {
-            FD_SET(static_cast<SOCKET>(connection.socket), &readable);
-            highest = std::max<SOCKET>(highest, connection.socket);
+            FD_SET(connection.peer.Handle(), &readable);
+            highest = std::max(highest, connection.peer.Handle());
         }
         if (select(static_cast<int>(highest) + 1, &readable, nullptr, nullptr, nullptr) <= 0)
             continue;
-        if (FD_ISSET(datagrams_, &readable) && !ServeDatagram()) return;
+        if (FD_ISSET(datagrams_.Handle(), &readable) && !ServeDatagram()) return;
         connections_.remove_if([&](Connection& connection) {
-            return FD_ISSET(connection.socket, &readable) && !ServeConnection(connection);
+            return FD_ISSET(connection.peer.Handle(), &readable) && !ServeConnection(connection);
         });
-        if (FD_ISSET(stream_, &readable)) {
-            const SOCKET fresh = accept(stream_, nullptr, nullptr);
+        if (FD_ISSET(stream_.Handle(), &readable)) {
+            const SOCKET fresh = accept(stream_.Handle(), nullptr, nullptr);
             if (fresh != INVALID_SOCKET) connections_.emplace_back(fresh);
         }
     }
@@ -76,7 +77,7 @@ void FrameListener::Listen() {
 
 bool FrameListener::ServeDatagram() {
     std::vector<std::uint8_t> datagram(kLargestDatagram);
-    const auto size = recv(datagrams_, AsChars(datagram.data()), kLargestDatagram, 0);
+    const auto size = recv(datagrams_.Handle(), AsChars(datagram.data()), kLargestDatagram, 0);
     if (size < 0) return true;
     if (size == 0) return false;
     handler_("UDP", Bytes(datagram).first(static_cast<std::size_t>(size)));
@@ -85,7 +86,7 @@ bool FrameListener::ServeDatagram() {
 
 bool FrameListener::ServeConnection(Connection& connection) {
     std::array<std::uint8_t, 4096> piece;
-    const auto size = recv(connection.socket, AsChars(piece.data()), piece.size(), 0);
+    const auto size = recv(connection.peer.Handle(), AsChars(piece.data()), int{piece.size()}, 0);
     if (size <= 0) {
         if (!connection.frames.Rest().empty()) handler_("TCP", connection.frames.Rest());
         return false;

@@ -18,7 +18,7 @@ public:
     ~Socket() { closesocket(handle_); }
     Socket(const Socket&) = delete;
     Socket& operator=(const Socket&) = delete;
-    operator SOCKET() const { return handle_; }
+    SOCKET Handle() const { return handle_; }
 
 private:
     SOCKET handle_;
@@ -37,8 +37,8 @@ public:
 
 private:
     struct Connection {
-        explicit Connection(SOCKET handle) : socket(handle) {}
-        Socket socket;
+        explicit Connection(SOCKET handle) : peer(handle) {}
+        Socket peer;
         FrameSplitter frames;
     };
 

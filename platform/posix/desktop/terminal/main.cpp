@@ -64,19 +64,25 @@ std::optional<std::string> NextLine(Input& input, Screen& screen) {
     return input.TakeLine();
 }
 
+// A script's lines are repeated, with a blank line above its headings.
+void Repeat(const std::string& line, Screen& screen) {
+    if (line.empty()) return;
+    if (line.front() == '#')
+        screen.Print(Lines{"", line});
+    else
+        screen.Print("> " + line);
+}
+
 // Whether no hand failed, or a user was there to see it.
 bool UseHands(Screen& screen, bool interactive) {
     Input input;
     while (const auto line = NextLine(input, screen)) {
-        if (!interactive && !line->empty())
-            screen.Print(line->front() == '#' ? *line : "> " + *line);
+        if (!interactive) Repeat(*line, screen);
         const Done done = DoLine(*line, screen);
         screen.Refresh();
         if (done.quits || screen.HasEnded()) return true;
-        if (!done.whyNot.empty()) screen.Print("? " + done.whyNot);
+        screen.Print(done.whyNot.empty() ? Lines{} : Lines{"? " + done.whyNot});
         if (!done.whyNot.empty() && !interactive) return false;
-        if (interactive && line->find_first_not_of(" \t") == std::string::npos)
-            screen.Print(Lines{});
     }
     return true;
 }

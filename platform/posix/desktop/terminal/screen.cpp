@@ -60,6 +60,17 @@ std::string Answer(UINT id) {
     return std::string(", ") + (id < kNames.size() ? kNames[id] : std::to_string(id));
 }
 
+bool IsShown(const std::vector<desktop::Dialog>& dialogs, std::string_view caption) {
+    return std::any_of(dialogs.begin(), dialogs.end(), [&](const desktop::Dialog& dialog) {
+        return dialog.caption == caption || IsShown(dialog.pages, caption);
+    });
+}
+
+// A hidden window that comes forward is nothing that a user sees.
+bool IsSeen(const desktop::Event& event) {
+    return event.kind != EventKind::kBroughtForward || IsShown(desktop::Dialogs(), event.text);
+}
+
 std::string JoinedTexts(const desktop::Event& event) {
     const std::string text = InOneLine(event.text);
     const std::string more = InOneLine(event.more);
@@ -86,7 +97,7 @@ Screen::~Screen() {
 void Screen::Print(const Lines& lines) {
     std::string text = prompts_ ? kClearLine : "";
     for (const std::string& line : lines) text.append(line).append("\n");
-    if (prompts_) text += kPrompt;
+    if (prompts_ && !ended_) text += kPrompt;
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
 }
@@ -146,10 +157,11 @@ void Screen::Refresh() {
         if (read(pending_, &count, sizeof count) != sizeof count) return;
     }
     for (const desktop::Event& event : events) {
+        if (!IsSeen(event)) continue;
+        ended_ = ended_ || event.kind == EventKind::kEnded;
         printed_.push_back(Describe(event));
         Print(printed_.back());
         DrawOpened(event);
-        ended_ = ended_ || event.kind == EventKind::kEnded;
     }
 }
 
