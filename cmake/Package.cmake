@@ -16,7 +16,8 @@ install(FILES /usr/share/doc/gcc-mingw-w64-i686-posix-runtime/copyright
     DESTINATION licences RENAME gcc-runtime.txt COMPONENT applet)
 
 set(CPACK_GENERATOR ZIP)
-set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-win32)
+set(package ${PROJECT_NAME}-${PROJECT_VERSION}-win32)
+set(CPACK_PACKAGE_FILE_NAME ${package})
 set(CPACK_COMPONENTS_ALL applet)
 set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY ON)
 set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
@@ -26,5 +27,5 @@ include(CPack)
 
 if(BUILD_TESTING)
     add_test(NAME package COMMAND ${CMAKE_COMMAND} -D BUILD=${CMAKE_BINARY_DIR}
-        -D PACKAGE=${CPACK_PACKAGE_FILE_NAME} -P ${CMAKE_SOURCE_DIR}/tests/package.cmake)
+        -D PACKAGE=${package} -P ${CMAKE_SOURCE_DIR}/tests/package.cmake)
 endif()
