@@ -5,8 +5,6 @@ function(house_warnings target)
         # GCC 12 sees overlaps in the concatenation of standard strings where there are none.
         target_compile_options(${target} PRIVATE -Wno-restrict)
     endif()
-    if(WIN32)
-        # GetProcAddress gives one function type for all functions.
-        target_compile_options(${target} PRIVATE -Wno-cast-function-type)
-    endif()
+    # GetProcAddress gives one function type for all functions.
+    target_compile_options(${target} PRIVATE -Wno-cast-function-type)
 endfunction()

@@ -1,5 +1,6 @@
 #include "FileThread.h"
 
+#include <mbstring.h>
 #include <process.h>
 
 #include <cstdlib>

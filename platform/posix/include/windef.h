@@ -44,6 +44,7 @@ using LANGID = WORD;
 using COLORREF = DWORD;
 using REGSAM = DWORD;
 using HRESULT = LONG;
+using LSTATUS = LONG;
 using WPARAM = UINT_PTR;
 using LPARAM = LONG_PTR;
 using LRESULT = LONG_PTR;
@@ -81,6 +82,7 @@ using LPCWSTR = const wchar_t*;
     ((WORD)(((BYTE)((DWORD_PTR)(low)&0xff)) | ((WORD)((BYTE)((DWORD_PTR)(high)&0xff))) << 8))
 #define MAKELONG(low, high) \
     ((LONG)(((WORD)((DWORD_PTR)(low)&0xffff)) | ((DWORD)((WORD)((DWORD_PTR)(high)&0xffff))) << 16))
+#define MAKELPARAM(low, high) ((LPARAM)(DWORD)MAKELONG(low, high))
 #define LOWORD(value) ((WORD)((DWORD_PTR)(value)&0xffff))
 #define HIWORD(value) ((WORD)(((DWORD_PTR)(value) >> 16) & 0xffff))
 #define LOBYTE(value) ((BYTE)((DWORD_PTR)(value)&0xff))

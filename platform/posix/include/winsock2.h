@@ -2,9 +2,33 @@
 // connection is an error of the call and never a signal.
 #pragma once
 
+// The system's own calls of these names step aside for Windows', which differ in their parameters;
+// include this before other headers that bring them.
+#define socket posix_socket
+#define setsockopt posix_setsockopt
+#define bind posix_bind
+#define listen posix_listen
+#define accept posix_accept
+#define getsockname posix_getsockname
+#define connect posix_connect
+#define send posix_send
+#define sendto posix_sendto
+#define recv posix_recv
+#define shutdown posix_shutdown
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#undef socket
+#undef setsockopt
+#undef bind
+#undef listen
+#undef accept
+#undef getsockname
+#undef connect
+#undef send
+#undef sendto
+#undef recv
+#undef shutdown
 
 #include "windef.h"
 
@@ -58,10 +82,7 @@ int WSAStartup(WORD version, LPWSADATA data);
 int WSACleanup();
 int WSAGetLastError();
 
-// The system's own socket() has the same parameters, so that a second name is needed.
-SOCKET WinSocket(int family, int type, int protocol);
-#define socket(family, type, protocol) WinSocket(family, type, protocol)
-
+SOCKET socket(int family, int type, int protocol);
 int setsockopt(SOCKET socket, int level, int option, const char* value, int size);
 int bind(SOCKET socket, const sockaddr* address, int size);
 int listen(SOCKET socket, int backlog);

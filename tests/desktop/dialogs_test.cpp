@@ -1,0 +1,338 @@
+// The three dialogs behind the transient icons: texts, rows, columns, sorting, buttons, reboot.
+#include <malloc.h>
+
+#include "story.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr DWORD kFailed = 0x800C0005;
+constexpr char kDownloadFrame[] = "00 00 00 07 00 00 00 05 00 00 00 00 00";
+
+class Dialogs : public Story {
+protected:
+    static desktop::Dialog Front() {
+        const auto dialogs = desktop::Dialogs();
+        return dialogs.empty() ? desktop::Dialog{} : dialogs.front();
+    }
+    static desktop::List FrontList() { return *Front().FirstList(); }
+    static std::vector<std::string> FrontRows() { return Rows(FrontList()); }
+    static desktop::Column FrontColumn(std::size_t column) {
+        return FrontList().columns.at(column);
+    }
+};
+
+TEST_F(Dialogs, AvailableUpdates) {
+    Offer("Agent", "4.2.7-2");
+    StartWith({});
+    ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_UPDATES));
+    EXPECT_EQ(Front().caption, "Install Tessara Link Updates");
+    EXPECT_EQ(TextOf(IDC_INTRO),
+              "The following Tessara Link software updates are available for download.  Click Yes "
+              "to download and install them now; click No if you do not wish to install the update "
+              "at this time.");
+    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "&Available Updates:");
+    EXPECT_THAT(FrontRows(), ElementsAre("Agent|4.2.7-2"));
+    EXPECT_EQ(FrontList().exStyle, 0x10020u);
+    EXPECT_TRUE(FrontList().redraws);
+    // Pixels by the width rule of the desktop's list, 15 twice.
+    EXPECT_EQ(FrontColumn(0).title, "Name");
+    EXPECT_GT(FrontColumn(1).width, 30);
+    EXPECT_EQ(FrontColumn(0).width - 30, (FrontColumn(1).width - 30) * 5 / 7)
+        << "5 and 7 characters";
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_UPDATES)) << "stays while it is open";
+    ASSERT_TRUE(desktop::Press("Yes"));
+    EXPECT_THAT(Frames(), ElementsAre(kDownloadFrame));
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+}
+
+TEST_F(Dialogs, AnOfferThatIsGoneLeavesAnEmptyListInWhichYesStillAsks) {
+    Offer("Agent", "4.2.7-2");
+    StartWith({});
+    std::filesystem::remove(m_agentDirectory / "swcache");
+    desktop::DoubleClick(TRAY_ID_UPDATES);
+    EXPECT_THAT(FrontRows(), IsEmpty());
+    desktop::PressKey(VK_RETURN);
+    EXPECT_THAT(Frames(), ElementsAre(kDownloadFrame)) << "Yes is the default button";
+}
+
+TEST_F(Dialogs, NoEscapeAndTheCloseBoxSendNothing) {
+    const std::function<desktop::Outcome()> ways[] = {[] { return desktop::Press("No"); },
+                                                      [] { return desktop::PressKey(VK_ESCAPE); },
+                                                      [] { return desktop::CloseWindow(); }};
+    StartWith({});
+    for (const auto& way : ways) {
+        Report(kDownloadResultsKey, "f", kFailed);
+        desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+        ASSERT_TRUE(way());
+        EXPECT_THAT(desktop::Dialogs(), IsEmpty());
+    }
+    EXPECT_THAT(Frames(), IsEmpty());
+}
+
+TEST_F(Dialogs, FailedDownloadsListsTheLatestBatch) {
+    StartWith({});
+    Report(kDownloadResultsKey, "old", kFailed, 601s);
+    Report(kDownloadResultsKey, "edge", kFailed, 600s);
+    Report(kDownloadResultsKey, "good", 0);
+    WriteValue(kDownloadResultsKey, "long", REG_BINARY, std::string(13, '\xFF'));
+    WriteValue(kDownloadResultsKey, "text", REG_SZ, std::string(12, '\xFF'));
+    Report(kDownloadResultsKey, "timeless", kFailed, std::nullopt);
+    Report(kDownloadResultsKey, "unknown", 0xC1230001);
+    desktop::Advance(std::chrono::hours(72));
+    desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+    EXPECT_EQ(Front().caption, "Failed Tessara Link Update Downloads");
+    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "&Failed Downloads:");
+    EXPECT_EQ(TextOf(IDC_INTRO),
+              "The followingTessara Link update files failed to download at the specified times "
+              "for the specified reasons.\r\n\r\nClick Yes to attempt another download, or click "
+              "No to continue.");
+    const auto list = FrontList();
+    std::vector<std::string> names;
+    for (const auto& row : list.rows) names.push_back(row.at(0));
+    EXPECT_THAT(names, ElementsAre("edge", "timeless", "unknown"));
+    EXPECT_EQ(list.rows[2][2], "Result code 0xC1230001");
+    EXPECT_THAT(list.rows[0][1], testing::Not(testing::Eq(list.rows[1][1])))
+        << "recorded then, and now for want of a time";
+    EXPECT_EQ(list.selected, std::nullopt);
+    EXPECT_EQ(FrontColumn(1).title, "Time");
+    EXPECT_EQ(FrontColumn(1).arrow, desktop::Arrow::kDown);
+    desktop::Press("Yes");
+    EXPECT_THAT(Frames(), ElementsAre(kDownloadFrame));
+}
+
+TEST_F(Dialogs, AMissingKeyGivesAnEmptyListWithoutAnArrow) {
+    StartWith({});
+    Report(kDownloadResultsKey, "f", kFailed);
+    machine::FailNext("RegOpenKeyExA", 1, ERROR_FILE_NOT_FOUND);
+    desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+    EXPECT_THAT(FrontRows(), IsEmpty());
+    EXPECT_EQ(FrontColumn(1).arrow, desktop::Arrow::kNone);
+    desktop::CloseWindow();
+}
+
+TEST_F(Dialogs, ATextThatCannotBeSetBeepsAndLeavesTheListEmpty) {
+    StartWith({});
+    Report(kDownloadResultsKey, "f", kFailed);
+    machine::FailNext("SetDlgItemTextA", 1, ERROR_NOT_ENOUGH_MEMORY, IDC_LIST_LABEL);
+    desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+    EXPECT_EQ(desktop::Beeps(), 1);
+    EXPECT_THAT(FrontList().columns, IsEmpty());
+    desktop::CloseWindow();
+}
+
+TEST_F(Dialogs, AClickOnAHeaderSorts) {
+    StartWith({});
+    Report(kDownloadResultsKey, "b", 0x80000003, 20s);
+    Report(kDownloadResultsKey, "A", 0x80000001, 30s);
+    Report(kDownloadResultsKey, "c", 0xFFFFFFFF, 10s);
+    desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+    const auto order = [](std::size_t column) {
+        std::string names;
+        for (const auto& row : FrontList().rows) names += row.at(0);
+        return names + (FrontColumn(column).arrow == desktop::Arrow::kUp ? " up" : " down");
+    };
+    EXPECT_EQ(order(1), "Abc down") << "the order of the key";
+    const struct {
+        int column;
+        const char* result;
+    } clicks[] = {{1, "Abc up"}, {1, "cbA down"}, {0, "Abc up"}, {0, "cbA down"},
+                  {2, "Abc up"}, {2, "cbA down"}, {0, "Abc up"}};
+    for (const auto& click : clicks) {
+        ASSERT_TRUE(desktop::ClickHeader(click.column));
+        EXPECT_EQ(order(static_cast<std::size_t>(click.column)), click.result);
+    }
+    EXPECT_EQ(desktop::WaitCursors(), 7);
+    machine::FailNext("LVM_SORTITEMS", 1, 0);
+    desktop::ClickHeader(0);
+    EXPECT_EQ(order(0), "Abc up") << "a refused sort changes nothing";
+    desktop::CloseWindow();
+}
+
+TEST_F(Dialogs, SortsByTheFirst31CharactersAndVersionsAsText) {
+    const std::string head(31, 'x');
+    StartWith({});
+    Report(kDownloadResultsKey, head + "2", kFailed);
+    Report(kDownloadResultsKey, head + "1", kFailed);
+    desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+    desktop::ClickHeader(0);
+    desktop::ClickHeader(0);
+    EXPECT_EQ(FrontList().rows[0][0], head + "1") << "equal: the order stays";
+    desktop::CloseWindow();
+}
+
+class InstalledUpdates : public Dialogs {
+protected:
+    // The program itself is a file with a version resource.
+    static std::string OwnFile() {
+        char path[MAX_PATH];
+        GetModuleFileNameA(nullptr, path, MAX_PATH);
+        return path;
+    }
+    static void InstallProduct(const char* name, const char* version) {
+        const char component[] = "{7F3A9C14-2E6B-4D05-B8A2-61C4E97D3F10}";
+        const char product[] = "{00000000-0000-0000-0000-000000000001}";
+        const std::string root = R"(SOFTWARE\Installer Simulation\)";
+        WriteText((root + "Components\\" + component).c_str(), "Product", product);
+        const std::string properties = root + "Products\\" + product;
+        WriteText(properties.c_str(), "InstalledProductName", name);
+        WriteText(properties.c_str(), "VersionString", version);
+    }
+    void Open() {
+        StartWith({});
+        ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
+    }
+};
+
+TEST_F(InstalledUpdates, NamesTheProductOfEachFile) {
+    InstallProduct("Installed Agent", "9.9");
+    Report(kInstallResultsKey, OwnFile(), 0, 0s);
+    Report(kInstallResultsKey, "gone.dll", 1603, 60s);
+    WriteValue(kInstallResultsKey, "of any type", REG_SZ, std::string(12, '\0'));
+    Open();
+    EXPECT_EQ(Front().caption, "Installed Tessara Link Updates");
+    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "&Installed Updates:");
+    EXPECT_EQ(TextOf(IDC_INTRO),
+              "The following Tessara Link updates have been installed at the specified dates and "
+              "with the specified results.");
+    const auto rows = FrontList().rows;
+    ASSERT_EQ(rows.size(), 3u);
+    EXPECT_EQ(rows[0][0], "Tessara Link");
+    EXPECT_EQ(rows[0][1], "4.2.7-1");
+    EXPECT_EQ(rows[1][0], "Installed Agent");
+    EXPECT_EQ(rows[1][1], "9.9");
+    EXPECT_NE(rows[2][2], "") << "now, for want of a time";
+    EXPECT_EQ(FrontList().selected, 0);
+    EXPECT_EQ(FrontColumn(2).arrow, desktop::Arrow::kDown);
+    // One button, in the middle.
+    const auto dialog = Front();
+    const RECT ok = dialog.Find(IDYES)->place;
+    EXPECT_EQ(dialog.Find(IDYES)->text, "OK");
+    EXPECT_FALSE(dialog.Find(IDNO)->visible);
+    EXPECT_FALSE(dialog.Find(IDNO)->enabled);
+    EXPECT_NEAR(ok.left, (dialog.place.right - dialog.place.left) - ok.right, 8);
+    desktop::Press("OK");
+    EXPECT_THAT(desktop::Reboots(), IsEmpty());
+    EXPECT_THAT(Frames(), IsEmpty());
+}
+
+TEST_F(InstalledUpdates, FilesThatNobodyKnowsGetNoRow) {
+    Report(kInstallResultsKey, "gone.dll", 3010);
+    Open();
+    EXPECT_THAT(FrontRows(), IsEmpty());
+    EXPECT_EQ(FrontColumn(2).arrow, desktop::Arrow::kDown);
+    EXPECT_EQ(Front().Find(IDYES)->text, "OK");
+    desktop::CloseWindow();
+}
+
+TEST_F(InstalledUpdates, AValueThatDoesNotFitEndsTheScan) {
+    InstallProduct("Agent", "1");
+    Report(kInstallResultsKey, "a first", 0);
+    WriteValue(kInstallResultsKey, "b long", REG_BINARY, std::string(13, '\0'));
+    Report(kInstallResultsKey, "c behind", 0);
+    Open();
+    EXPECT_EQ(FrontRows().size(), 1u);
+    desktop::CloseWindow();
+}
+
+struct RebootCase {
+    DWORD firstResult, secondResult;
+    bool offered;
+};
+
+class RebootQuestion : public InstalledUpdates, public testing::WithParamInterface<RebootCase> {};
+
+TEST_P(RebootQuestion, IsPutByTheFirstRowAlone) {
+    InstallProduct("Agent", "1");
+    Report(kInstallResultsKey, "1", GetParam().firstResult);
+    Report(kInstallResultsKey, "2", GetParam().secondResult);
+    Open();
+    EXPECT_EQ(Front().Find(IDYES)->text, GetParam().offered ? "Yes" : "OK");
+    EXPECT_EQ(Front().Find(IDNO)->visible, GetParam().offered);
+    EXPECT_EQ(TextOf(IDC_INTRO).ends_with(
+                  "results.\r\n\r\nThe update requires a reboot to finish.  Click Yes to reboot "
+                  "the system now, or No to reboot later."),
+              GetParam().offered);
+    desktop::CloseWindow();
+}
+
+INSTANTIATE_TEST_SUITE_P(EachResult, RebootQuestion,
+                         testing::Values(RebootCase{1641, 0, true}, RebootCase{3010, 0, true},
+                                         RebootCase{3011, 0, true}, RebootCase{0, 3010, false},
+                                         RebootCase{1603, 3010, false}));
+
+TEST_F(InstalledUpdates, OnlyYesReboots) {
+    InstallProduct("Agent", "1");
+    Report(kInstallResultsKey, "x", 3010);
+    StartWith({});
+    const auto open = [] {
+        Report(kInstallResultsKey, "x", 3010);
+        desktop::DoubleClick(TRAY_ID_INSTALLED);
+    };
+    open();
+    desktop::Press("No");
+    open();
+    desktop::Post(WM_NULL, 0, 0);
+    SendMessageA(Front().window, WM_NULL, 0, 0);
+    PostMessageA(Front().window, WM_COMMAND, IDOK, 0);
+    desktop::Advance(0ms);
+    EXPECT_THAT(desktop::Dialogs(), IsEmpty()) << "id 1 only closes";
+    open();
+    desktop::CloseWindow();
+    EXPECT_THAT(desktop::Reboots(), IsEmpty());
+    open();
+    desktop::Press("Yes");
+    ASSERT_EQ(desktop::Reboots().size(), 1u);
+    EXPECT_EQ(desktop::Reboots()[0].flags, 6u);
+    EXPECT_EQ(desktop::Reboots()[0].reason, 0x80040003u);
+}
+
+TEST_F(InstalledUpdates, WithoutTheRightToShutDownNoRebootIsOffered) {
+    InstallProduct("Agent", "1");
+    Report(kInstallResultsKey, "x", 3010);
+    StartWith({});
+    for (const char* operation : {"OpenProcessToken", "AdjustTokenPrivileges"}) {
+        Report(kInstallResultsKey, "x", 3010);
+        machine::FailNext(operation, 1, ERROR_ACCESS_DENIED);
+        desktop::DoubleClick(TRAY_ID_INSTALLED);
+        EXPECT_EQ(Front().Find(IDYES)->text, "OK") << operation;
+        desktop::CloseWindow();
+    }
+    Report(kInstallResultsKey, "x", 3010);
+    machine::FailNext("LookupPrivilegeValueA", 1, ERROR_NO_SUCH_PRIVILEGE);
+    desktop::DoubleClick(TRAY_ID_INSTALLED);
+    EXPECT_EQ(Front().Find(IDYES)->text, "Yes") << "nothing to adjust is no failure";
+    desktop::CloseWindow();
+}
+
+TEST_F(Dialogs, TenThousandRowsSortAtOnceAndLeaveNothingBehind) {
+    constexpr int kRows = 10'000;
+    for (int i = 0; i < kRows; ++i)
+        Report(kDownloadResultsKey, "file" + std::to_string(i * 7919 % kRows), kFailed);
+    StartWith({});
+    const auto inUse = [] { return mallinfo2().uordblks; };
+    const auto openAndClose = [] {
+        Report(kDownloadResultsKey, "again", kFailed);
+        desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+        const auto begin = std::chrono::steady_clock::now();
+        desktop::ClickHeader(0);
+        const auto span = std::chrono::steady_clock::now() - begin;
+        RecordProperty("sort_ms", static_cast<int>(span / 1ms));
+        EXPECT_EQ(FrontList().rows.size(), kRows + 1u);
+        desktop::CloseWindow();
+        desktop::Forget();
+        return span;
+    };
+    openAndClose();
+    const auto before = inUse();
+    EXPECT_LT(openAndClose(), 500ms);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    EXPECT_NEAR(static_cast<double>(inUse()), static_cast<double>(before), 64 * 1024);
+#else
+    (void)before;
+#endif
+}
+
+}  // namespace

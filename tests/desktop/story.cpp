@@ -1,0 +1,170 @@
+#include "story.h"
+
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+namespace {
+
+constexpr machine::Ticks kStart = 134'391'321'080'000'000;  // 2026-11-17 08:15:08 UTC
+constexpr std::uint16_t kAgentPort = 30022;
+
+std::filesystem::path MakeFolder() {
+    std::string name = testing::TempDir() + "vh-story-XXXXXX";
+    return mkdtemp(name.data());
+}
+
+int Listen() {
+    const int listener = socket(AF_INET, SOCK_DGRAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(kAgentPort);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    return listener;
+}
+
+std::string Element(const std::string& name, const std::string& text) {
+    return text.empty() ? "" : "<" + name + ">" + text + "</" + name + ">\n";
+}
+
+HKEY CreateKey(const char* path) {
+    HKEY key = nullptr;
+    EXPECT_EQ(
+        RegCreateKeyExA(HKEY_LOCAL_MACHINE, path, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
+        ERROR_SUCCESS);
+    return key;
+}
+
+}  // namespace
+
+std::string HealthDocument::Text() const {
+    std::string text = "<HLXHealthResult version=\"1.0\">\n";
+    text += Element("AutoInstall", autoInstall) + Element("Enabled", enabled) +
+            Element("HealthState", state) + Element("DisplayHealthIcon", icon);
+    if (!message.empty()) text += "<Message popup=\"true\">" + message + "</Message>\n";
+    if (!url.empty()) text += "<Browser popup=\"true\" url=\"" + url + "\"/>\n";
+    return text + "</HLXHealthResult>\n";
+}
+
+Story::Story() : m_folder(MakeFolder()), m_agentDirectory(m_folder / "agent"), m_socket(Listen()) {
+    machine::Clock::Hold(kStart);
+    std::filesystem::create_directory(m_agentDirectory);
+    setenv("WIN32_REGISTRY", (m_folder / "registry").c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", m_folder.c_str(), 1);
+    setenv("TZ", "UTC", 1);
+    WriteText(kHlxAgentKey, nullptr, m_agentDirectory);
+}
+
+Story::~Story() {
+    machine::ClearFaults();
+    m_session.reset();
+    EXPECT_THAT(Tray(), testing::IsEmpty());
+    machine::Clock::Release();
+    close(m_socket);
+    std::filesystem::remove_all(m_folder);
+}
+
+void Story::Start() {
+    m_session.emplace([] {
+        char arguments[] = "--whatever it says";
+        return WinMain(GetModuleHandleA(nullptr), nullptr, arguments, SW_SHOWNORMAL);
+    });
+    desktop::Advance(10ms);  // the start timer
+}
+
+void Story::StartWith(const HealthDocument& document) {
+    Deliver(document);
+    Start();
+    Pass();
+}
+
+int Story::End() { return m_session->End(); }
+
+// One second ahead, so that the file is later than the pass that is under way.
+void Story::WriteFile(const std::string& name, const std::string& text) const {
+    const std::string path = m_agentDirectory / name;
+    std::ofstream(path, std::ios::binary) << text;
+    const timespec stamp{
+        (machine::Clock::Now() - machine::kUnixEpoch) / machine::kTicksPerSecond + 1, 0};
+    const timespec stamps[] = {stamp, stamp};
+    utimensat(AT_FDCWD, path.c_str(), stamps, 0);
+}
+
+void Story::Deliver(const HealthDocument& document) const {
+    WriteFile("healthnotif.txt", document.Text());
+}
+
+void Story::Offer(const std::string& name, const std::string& version) const {
+    WriteFile("swcache", name + ":" + version + "::\n");
+}
+
+void Story::Report(const char* key, const std::string& name, DWORD result,
+                   std::optional<std::chrono::seconds> age) {
+    const auto ticks = age ? static_cast<std::uint64_t>(machine::Clock::Now()) -
+                                 static_cast<std::uint64_t>(age->count()) * 10'000'000
+                           : 0;
+    const UpdateResultRecord record{{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)},
+                                    result};
+    WriteValue(key, name, REG_BINARY, {reinterpret_cast<const char*>(&record), sizeof record});
+}
+
+void Story::WriteValue(const char* key, const std::string& name, DWORD type,
+                       const std::string& data) {
+    const HKEY opened = CreateKey(key);
+    EXPECT_EQ(
+        RegSetValueExA(opened, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
+                       static_cast<DWORD>(data.size())),
+        ERROR_SUCCESS);
+    RegCloseKey(opened);
+}
+
+void Story::WriteText(const char* key, const char* name, const std::string& text) {
+    WriteValue(key, name ? name : "", REG_SZ, text + '\0');
+}
+
+std::vector<std::string> Story::Frames() const {
+    std::vector<std::string> frames;
+    unsigned char bytes[1024];
+    for (ssize_t size; (size = recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT)) >= 0;) {
+        std::string& text = frames.emplace_back();
+        for (ssize_t i = 0; i < size; ++i) {
+            char digits[4];
+            std::snprintf(digits, sizeof digits, "%s%02x", i ? " " : "", bytes[i]);
+            text += digits;
+        }
+    }
+    return frames;
+}
+
+std::vector<UINT> Tray() {
+    std::vector<UINT> ids;
+    for (const desktop::Icon& icon : desktop::Icons()) ids.push_back(icon.id);
+    return ids;
+}
+
+std::string Tip(UINT icon) {
+    const auto found = desktop::FindIcon(icon);
+    return found ? found->tip : "";
+}
+
+std::vector<std::string> Rows(const desktop::List& list) {
+    std::vector<std::string> rows;
+    for (const auto& cells : list.rows) {
+        std::string& row = rows.emplace_back();
+        for (const std::string& cell : cells) row += (row.empty() ? "" : "|") + cell;
+    }
+    return rows;
+}
+
+std::string TextOf(int control) {
+    const auto dialogs = desktop::Dialogs();
+    const desktop::Control* found = dialogs.empty() ? nullptr : dialogs.front().Find(control);
+    return found ? found->text : "";
+}

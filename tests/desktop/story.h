@@ -1,0 +1,90 @@
+// A story: the applet on the simulated desktop, beside an agent that the test plays.
+//
+// The clock is held, so what would take seconds takes none and happens exactly then. Each story has
+// an agent's directory, a registry and a runtime folder of its own, and the agent's real UDP port.
+#pragma once
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "AgentPaths.h"
+#include "MainDlg.h"
+#include "UpdateResultStore.h"
+#include "desktop/desktop.h"
+#include "desktop/session.h"
+#include "hlxAgentKey.h"
+#include "machine/clock.h"
+#include "machine/faults.h"
+
+using namespace std::chrono_literals;
+
+// The applet's entry.
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int show);
+
+// A health document; what is empty is left out.
+struct HealthDocument {
+    std::string state = "high";
+    std::string enabled = "true";
+    std::string icon = "yes";
+    std::string autoInstall = {};
+    std::string message = {};
+    std::string url = {};
+
+    std::string Text() const;
+};
+
+class Story : public testing::Test {
+protected:
+    Story();
+    ~Story() override;
+
+    // The applet
+    void Start();
+    // Starts it on a machine with this result, up to its first health icon.
+    void StartWith(const HealthDocument& document);
+    // Lets the file watchers make a pass.
+    static void Pass() { desktop::Advance(5s); }
+    std::optional<int> ExitCode() const { return m_session->ExitCode(); }
+    int End();
+
+    // The agent
+    void WriteFile(const std::string& name, const std::string& text) const;
+    void Deliver(const HealthDocument& document) const;
+    void Offer(const std::string& name, const std::string& version) const;
+    // Writes a record that is `age` old; nothing: without a time.
+    static void Report(const char* key, const std::string& name, DWORD result,
+                       std::optional<std::chrono::seconds> age = 0s);
+    static void WriteValue(const char* key, const std::string& name, DWORD type,
+                           const std::string& data);
+    static void WriteText(const char* key, const char* name, const std::string& text);
+    // The frames that have come since the last call, in hexadecimal.
+    std::vector<std::string> Frames() const;
+
+    const std::filesystem::path m_folder;
+    const std::filesystem::path m_agentDirectory;
+
+private:
+    int m_socket;
+    std::optional<desktop::Session> m_session;
+};
+
+// The ids of the icons that stand, in the order in which they were added.
+std::vector<UINT> Tray();
+
+// The tooltip of an icon, "" if it does not stand.
+std::string Tip(UINT icon);
+
+// The rows of a list with their cells joined by '|'.
+std::vector<std::string> Rows(const desktop::List& list);
+
+// What stands in a control of the front dialog.
+std::string TextOf(int control);

@@ -1,0 +1,84 @@
+// What a click in the notification area does, and the menu.
+#include "story.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class TrayIcons : public Story {};
+
+TEST_F(TrayIcons, TheMenuOfTheHealthIcon) {
+    StartWith({});
+    desktop::MovePointer(300, 400);
+    ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH));
+    const auto menu = desktop::OpenMenu();
+    ASSERT_TRUE(menu);
+    EXPECT_EQ(menu->place.x, 300);
+    EXPECT_EQ(menu->place.y, 400);
+    ASSERT_EQ(menu->items.size(), 3u);
+    EXPECT_EQ(menu->items[0].text, "Display last health results");
+    EXPECT_EQ(menu->items[0].id, UINT{ID_DISPLAY_HEALTH});
+    EXPECT_TRUE(menu->items[0].isDefault);
+    EXPECT_EQ(menu->items[1].text, "Reassess health");
+    EXPECT_EQ(menu->items[2].text, "About");
+    ASSERT_TRUE(desktop::Choose("Reassess health"));
+    EXPECT_FALSE(desktop::OpenMenu());
+    EXPECT_EQ(Frames().size(), 1u);
+}
+
+TEST_F(TrayIcons, TheIconChangesUnderAnOpenMenu) {
+    StartWith({});
+    desktop::RightClick(TRAY_ID_HEALTH);
+    Deliver({.state = "low"});
+    Pass();
+    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
+    EXPECT_TRUE(desktop::DismissMenu());
+    EXPECT_THAT(Frames(), IsEmpty());
+}
+
+TEST_F(TrayIcons, APointBesideAllMonitorsIsDrawnToTheNearestInX) {
+    StartWith({});
+    desktop::MovePointer(-50, 5000);
+    desktop::RightClick(TRAY_ID_HEALTH);
+    EXPECT_EQ(desktop::OpenMenu()->place.x, 0);
+    EXPECT_EQ(desktop::OpenMenu()->place.y, 5000);
+    desktop::DismissMenu();
+}
+
+TEST_F(TrayIcons, EverythingElseDoesNothing) {
+    StartWith({});
+    Report(kInstallResultsKey, "x", 0);
+    desktop::Forget();
+    desktop::Click(TRAY_ID_HEALTH);
+    desktop::MoveOver(TRAY_ID_HEALTH);
+    desktop::Click(TRAY_ID_INSTALLED);
+    desktop::RightClick(TRAY_ID_INSTALLED);
+    for (const UINT message : {511u, 673u, 675u, 676u, UINT{NIN_SELECT}})
+        desktop::Callback(TRAY_ID_HEALTH, message);
+    desktop::Post(WM_TRAYNOTIFY, 10057, WM_LBUTTONDBLCLK);
+    EXPECT_THAT(desktop::Journal(), IsEmpty());
+    EXPECT_FALSE(desktop::OpenMenu());
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_INSTALLED));
+}
+
+TEST_F(TrayIcons, AMenuThatCannotBeLoadedEndsQuietly) {
+    StartWith({});
+    machine::FailNext("LoadMenuA", 1, ERROR_RESOURCE_NAME_NOT_FOUND);
+    desktop::RightClick(TRAY_ID_HEALTH);
+    EXPECT_FALSE(desktop::OpenMenu());
+}
+
+TEST_F(TrayIcons, TwoDialogsOnOneTransientIcon) {
+    StartWith({});
+    Report(kInstallResultsKey, "x", 0);
+    desktop::DoubleClick(TRAY_ID_INSTALLED);
+    desktop::DoubleClick(TRAY_ID_INSTALLED);
+    EXPECT_EQ(desktop::Dialogs().size(), 2u);
+    desktop::CloseWindow();
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH)) << "the first to close takes the icon";
+    desktop::CloseWindow();
+    EXPECT_THAT(desktop::Dialogs(), IsEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,151 @@
+// What raises the three transient icons, and what does not.
+#include "story.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class UpdateEvents : public Story {};
+
+TEST_F(UpdateEvents, AnOfferIsAnnouncedWithTheFirstResult) {
+    Offer("Agent", "4.2.7-2");
+    Deliver({});
+    Start();
+    EXPECT_THAT(Tray(), IsEmpty()) << "no announcement before a health result";
+    Pass();
+    ASSERT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_UPDATES));
+    const auto icon = desktop::FindIcon(TRAY_ID_UPDATES);
+    EXPECT_EQ(icon->image, 128u);
+    EXPECT_EQ(icon->tip, "Tessara Link  software updates are available for download.");
+    EXPECT_EQ(icon->balloonTitle, "Tessara Link");
+    EXPECT_EQ(icon->balloonText,
+              "Software updates are available for download.\r\n\r\nDouble-click for details.");
+    EXPECT_EQ(icon->version, 3u);
+    Offer("Agent", "4.2.7-3");
+    Pass();
+    EXPECT_EQ(desktop::FindIcon(TRAY_ID_UPDATES)->balloons, 1) << "it stands already";
+}
+
+TEST_F(UpdateEvents, NoOfferIsAnnouncedThatIsNotNewerOrComesByItself) {
+    StartWith({.autoInstall = "yes"});
+    Offer("Agent", "4.2.7-2");
+    Pass();
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+    Deliver({.state = "low", .autoInstall = "no"});
+    Pass();
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH)) << "only the first result repeats the look";
+    Offer("Agent", "4.2.7-1");
+    Pass();
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+    Offer("Agent", "4.2.7-2");
+    Pass();
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_UPDATES));
+}
+
+struct ScanCase {
+    const char* what;
+    const char* key;
+    DWORD type;
+    std::chrono::nanoseconds age;  // in ticks of 100
+    DWORD result;
+    std::size_t size;
+    bool announced;
+};
+
+class Scan : public Story, public testing::WithParamInterface<ScanCase> {};
+
+TEST_P(Scan, AnnouncesRecentRecords) {
+    const ScanCase& c = GetParam();
+    StartWith({});
+    const auto ticks = static_cast<std::uint64_t>(machine::Clock::Now() - c.age.count() / 100);
+    const UpdateResultRecord record{{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)},
+                                    c.result};
+    std::string data(reinterpret_cast<const char*>(&record), sizeof record);
+    data.resize(c.size);
+    WriteValue(c.key, "value", c.type, data);
+    EXPECT_EQ(Tray().size(), c.announced ? 2u : 1u) << c.what;
+}
+
+constexpr DWORD kFailed = 0x800C0005;
+
+INSTANTIATE_TEST_SUITE_P(
+    EachRule, Scan,
+    testing::Values(
+        ScanCase{"just now", kInstallResultsKey, REG_BINARY, 0s, 0, 12, true},
+        ScanCase{"a bad result counts", kInstallResultsKey, REG_BINARY, 0s, 1603, 12, true},
+        ScanCase{"at the limit", kInstallResultsKey, REG_BINARY, 600s, 0, 12, true},
+        ScanCase{"a tick beyond", kInstallResultsKey, REG_BINARY, 600s + 100ns, 0, 12, false},
+        ScanCase{"to come", kInstallResultsKey, REG_BINARY, -100ns, 0, 12, false},
+        ScanCase{"another type", kInstallResultsKey, REG_SZ, 0s, 0, 12, false},
+        ScanCase{"too long", kInstallResultsKey, REG_BINARY, 0s, 0, 13, false},
+        ScanCase{"too short", kInstallResultsKey, REG_BINARY, 0s, 0, 8, false},
+        ScanCase{"empty", kInstallResultsKey, REG_BINARY, 0s, 0, 0, false},
+        ScanCase{"a failure", kDownloadResultsKey, REG_BINARY, 0s, kFailed, 12, true},
+        ScanCase{"an old failure", kDownloadResultsKey, REG_BINARY, 601s, kFailed, 12, false},
+        ScanCase{"a success", kDownloadResultsKey, REG_BINARY, 0s, 0, 12, false},
+        ScanCase{"a positive code", kDownloadResultsKey, REG_BINARY, 0s, 0x7FFFFFFF, 12, false}));
+
+TEST_F(UpdateEvents, ARecordWithoutATimeIsRecent) {
+    StartWith({});
+    Report(kDownloadResultsKey, "good", 0, std::nullopt);
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+    Report(kDownloadResultsKey, "bad", kFailed, std::nullopt);
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_DOWNLOADS));
+    EXPECT_EQ(Tip(TRAY_ID_DOWNLOADS),
+              "Error downloading one or more Tessara Link software update files.");
+    EXPECT_EQ(desktop::FindIcon(TRAY_ID_DOWNLOADS)->balloonText,
+              "One or more Tessara Link software update files could not be downloaded.\r\n\r\n"
+              "Double-click for more details.");
+}
+
+TEST_F(UpdateEvents, OnlyInstallationsAreAnnouncedAtTheStart) {
+    Report(kInstallResultsKey, "x", 0);
+    Report(kDownloadResultsKey, "y", kFailed);
+    Start();
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_INSTALLED));
+    EXPECT_EQ(Tip(TRAY_ID_INSTALLED), "Tessara Link software updates have been installed.");
+    EXPECT_EQ(desktop::FindIcon(TRAY_ID_INSTALLED)->balloonText,
+              "Tessara Link software updates have been installed.\r\n\r\n"
+              "Double-click for details.");
+    Report(kDownloadResultsKey, "z", 0);
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_INSTALLED, TRAY_ID_DOWNLOADS))
+        << "any change has the whole key looked at";
+}
+
+TEST_F(UpdateEvents, AValueInASubkeyIsAChangeAndADismissedIconComesBack) {
+    StartWith({});
+    Report(kInstallResultsKey, "x", 0);
+    desktop::DoubleClick(TRAY_ID_INSTALLED);
+    desktop::CloseWindow();
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+    const std::string below = std::string(kInstallResultsKey) + "\\below";
+    Report(below.c_str(), "y", 0);
+    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_INSTALLED));
+}
+
+TEST_F(UpdateEvents, AScanOverAKeyThatFailsForGoodComesToAnEnd) {
+    StartWith({});
+    for (const DWORD error : {DWORD{ERROR_KEY_DELETED}, DWORD{ERROR_MORE_DATA}}) {
+        machine::FailNext("RegEnumValueA", machine::kEveryCall, error);
+        Report(kInstallResultsKey, "x", 0);
+        EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+        machine::ClearFaults();
+    }
+    machine::FailNext("RegEnumValueA", 1, ERROR_MORE_DATA);
+    Report(kInstallResultsKey, "a", 0);
+    EXPECT_EQ(Tray().size(), 2u) << "one bad value is passed over";
+}
+
+TEST_F(UpdateEvents, TheFirstHitAmongTenThousandEndsTheScan) {
+    for (int i = 0; i < 10'000; ++i) Report(kInstallResultsKey, "file" + std::to_string(i), 0);
+    // Any second enumeration would fail the scan.
+    StartWith({});
+    desktop::DoubleClick(TRAY_ID_INSTALLED);
+    desktop::CloseWindow();
+    machine::FailNext("RegQueryValueExA", 1, ERROR_ACCESS_DENIED);
+    Report(kInstallResultsKey, "file0", 0);
+    EXPECT_EQ(Tray().size(), 2u);
+}
+
+}  // namespace
