@@ -1,6 +1,7 @@
 // What the report list view and its header keep.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,7 +35,7 @@ struct Row {
 struct ListViewState : ControlState {
     HWND header = nullptr;
     DWORD extendedStyle = 0;
-    std::vector<std::unique_ptr<Row>> rows;
+    std::deque<std::unique_ptr<Row>> rows;
 };
 
 // Every character of the lists' font is this wide, in pixels.
