@@ -7,7 +7,17 @@
 #include "src/last_error.h"
 #include "src/startups.h"
 
-#undef socket
+// The system's calls, which the header has given other names.
+extern "C" decltype(posix_socket) posix_socket __asm__("socket");
+extern "C" decltype(posix_setsockopt) posix_setsockopt __asm__("setsockopt");
+extern "C" decltype(posix_bind) posix_bind __asm__("bind");
+extern "C" decltype(posix_listen) posix_listen __asm__("listen");
+extern "C" decltype(posix_getsockname) posix_getsockname __asm__("getsockname");
+extern "C" decltype(posix_connect) posix_connect __asm__("connect");
+extern "C" decltype(posix_send) posix_send __asm__("send");
+extern "C" decltype(posix_sendto) posix_sendto __asm__("sendto");
+extern "C" decltype(posix_recv) posix_recv __asm__("recv");
+extern "C" decltype(posix_shutdown) posix_shutdown __asm__("shutdown");
 
 namespace {
 
@@ -78,19 +88,15 @@ int Passed(ssize_t result) {
 
 int FileOf(SOCKET socket) { return static_cast<int>(socket); }
 
-// The system's calls take untyped data; that is how they are told from Windows' of the same name.
-const void* Bytes(const char* data) { return data; }
-void* Bytes(char* data) { return data; }
-
 SOCKET SocketOf(int file) { return file < 0 ? INVALID_SOCKET : static_cast<SOCKET>(file); }
 
 }  // namespace
 
 int WSAGetLastError() { return static_cast<int>(GetLastError()); }
 
-SOCKET WinSocket(int family, int type, int protocol) {
+SOCKET socket(int family, int type, int protocol) {
     if (!MayCall("socket")) return INVALID_SOCKET;
-    return SocketOf(Passed(::socket(family, type | SOCK_CLOEXEC, protocol)));
+    return SocketOf(Passed(posix_socket(family, type | SOCK_CLOEXEC, protocol)));
 }
 
 int setsockopt(SOCKET socket, int level, int option, const char* value, int size) {
@@ -100,17 +106,17 @@ int setsockopt(SOCKET socket, int level, int option, const char* value, int size
         return SOCKET_ERROR;
     }
     return Passed(
-        ::setsockopt(FileOf(socket), level, option, Bytes(value), static_cast<socklen_t>(size)));
+        posix_setsockopt(FileOf(socket), level, option, value, static_cast<socklen_t>(size)));
 }
 
 int bind(SOCKET socket, const sockaddr* address, int size) {
     if (!MayCall("bind")) return SOCKET_ERROR;
-    return Passed(::bind(FileOf(socket), address, static_cast<socklen_t>(size)));
+    return Passed(posix_bind(FileOf(socket), address, static_cast<socklen_t>(size)));
 }
 
 int listen(SOCKET socket, int backlog) {
     if (!MayCall("listen")) return SOCKET_ERROR;
-    return Passed(::listen(FileOf(socket), backlog));
+    return Passed(posix_listen(FileOf(socket), backlog));
 }
 
 SOCKET accept(SOCKET socket, sockaddr* address, int* size) {
@@ -125,37 +131,37 @@ SOCKET accept(SOCKET socket, sockaddr* address, int* size) {
 int getsockname(SOCKET socket, sockaddr* address, int* size) {
     if (!MayCall("getsockname")) return SOCKET_ERROR;
     auto length = static_cast<socklen_t>(*size);
-    const int result = Passed(::getsockname(FileOf(socket), address, &length));
+    const int result = Passed(posix_getsockname(FileOf(socket), address, &length));
     *size = static_cast<int>(length);
     return result;
 }
 
 int connect(SOCKET socket, const sockaddr* address, int size) {
     if (!MayCall("connect")) return SOCKET_ERROR;
-    return Passed(::connect(FileOf(socket), address, static_cast<socklen_t>(size)));
+    return Passed(posix_connect(FileOf(socket), address, static_cast<socklen_t>(size)));
 }
 
 int send(SOCKET socket, const char* data, int size, int flags) {
     if (!MayCall("send")) return SOCKET_ERROR;
     return Passed(
-        ::send(FileOf(socket), Bytes(data), static_cast<std::size_t>(size), flags | MSG_NOSIGNAL));
+        posix_send(FileOf(socket), data, static_cast<std::size_t>(size), flags | MSG_NOSIGNAL));
 }
 
 int sendto(SOCKET socket, const char* data, int size, int flags, const sockaddr* address,
            int addressSize) {
     if (!MayCall("sendto")) return SOCKET_ERROR;
-    return Passed(::sendto(FileOf(socket), Bytes(data), static_cast<std::size_t>(size),
-                           flags | MSG_NOSIGNAL, address, static_cast<socklen_t>(addressSize)));
+    return Passed(posix_sendto(FileOf(socket), data, static_cast<std::size_t>(size),
+                               flags | MSG_NOSIGNAL, address, static_cast<socklen_t>(addressSize)));
 }
 
 int recv(SOCKET socket, char* data, int size, int flags) {
     if (!MayCall("recv")) return SOCKET_ERROR;
-    return Passed(::recv(FileOf(socket), Bytes(data), static_cast<std::size_t>(size), flags));
+    return Passed(posix_recv(FileOf(socket), data, static_cast<std::size_t>(size), flags));
 }
 
 int shutdown(SOCKET socket, int how) {
     if (!MayCall("shutdown")) return SOCKET_ERROR;
-    return Passed(::shutdown(FileOf(socket), how));
+    return Passed(posix_shutdown(FileOf(socket), how));
 }
 
 int closesocket(SOCKET socket) {
