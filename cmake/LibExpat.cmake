@@ -6,6 +6,7 @@ add_library(expat_headers INTERFACE)
 if(NOT WIN32)
     find_path(EXPAT_INCLUDE_DIR expat.h REQUIRED)
     target_include_directories(expat_headers SYSTEM INTERFACE ${EXPAT_INCLUDE_DIR})
+    add_dependencies(expat_headers posix_expat)
     return()
 endif()
 
