@@ -151,6 +151,24 @@ TEST_F(Dialogs, AClickOnAHeaderSorts) {
     desktop::CloseWindow();
 }
 
+TEST_F(Dialogs, AHeaderThatDrawsNoArrowsGetsAPicture) {
+    StartWith({});
+    Report(kDownloadResultsKey, "a", kFailed);
+    machine::FailNext("GetProcAddress", 1, ERROR_PROC_NOT_FOUND);
+    desktop::DoubleClick(TRAY_ID_DOWNLOADS);
+    const HBITMAP down = FrontColumn(1).bitmap;
+    EXPECT_NE(down, nullptr);
+    desktop::ClickHeader(1);
+    const HBITMAP up = FrontColumn(1).bitmap;
+    EXPECT_NE(up, nullptr);
+    EXPECT_NE(up, down);
+    desktop::ClickHeader(0);
+    EXPECT_EQ(FrontColumn(1).bitmap, nullptr);
+    EXPECT_EQ(FrontColumn(0).bitmap, up);
+    EXPECT_EQ(FrontColumn(0).arrow, desktop::Arrow::kNone);
+    desktop::CloseWindow();
+}
+
 TEST_F(Dialogs, SortsByTheFirst31CharactersAndVersionsAsText) {
     const std::string head(31, 'x');
     StartWith({});
@@ -274,8 +292,6 @@ TEST_F(InstalledUpdates, OnlyYesReboots) {
     open();
     desktop::Press("No");
     open();
-    desktop::Post(WM_NULL, 0, 0);
-    SendMessageA(Front().window, WM_NULL, 0, 0);
     PostMessageA(Front().window, WM_COMMAND, IDOK, 0);
     desktop::Advance(0ms);
     EXPECT_THAT(desktop::Dialogs(), IsEmpty()) << "id 1 only closes";

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr machine::Ticks kStart = 134'391'321'080'000'000;  // 2026-11-17 08:15:08 UTC
+constexpr machine::Ticks kStart = 134'394'561'080'000'000;  // 2026-11-18 06:15:08 UTC
 constexpr std::uint16_t kAgentPort = 30022;
 
 std::filesystem::path MakeFolder() {
@@ -123,6 +123,7 @@ void Story::WriteValue(const char* key, const std::string& name, DWORD type,
                        static_cast<DWORD>(data.size())),
         ERROR_SUCCESS);
     RegCloseKey(opened);
+    desktop::Advance(0ms);  // the applet has seen it
 }
 
 void Story::WriteText(const char* key, const char* name, const std::string& text) {

@@ -1,0 +1,127 @@
+// The applet's judgements and texts that need no desktop: versions, the result window, cells.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "AutomationDate.h"
+#include "NewerVersion.h"
+#include "Reboot.h"
+#include "ResultListView.h"
+#include "ResultText.h"
+#include "UpdateResultStore.h"
+#include "VersionInfo.h"
+
+namespace {
+
+FILETIME Time(std::uint64_t ticks) {
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+constexpr std::uint64_t kNoon = 134'393'904'000'000'000;  // 2026-11-17 12:00:00 UTC
+
+TEST(NewerVersion, ComparesFourNumbersWithTheProgramsOwn) {
+    for (const char* newer : {"4.2.7-2", "4.2.7.2", "4.3.0-0", "5.0.0.0", "5.0.0-0-7", "..5..0.0-0",
+                              "4.2.8.0", "70000.0.0.0", "-5-0-0-0"})
+        EXPECT_TRUE(IsNewerVersion(newer)) << newer;
+    for (const char* not_newer : {"4.2.7-1", "4.2.7.1", "4.2.6-99", "3.9.9.9", "4.1.99.99", "5",
+                                  "5.0.0", "", ".-.-", "4.2.x.9", "next version"})
+        EXPECT_FALSE(IsNewerVersion(not_newer)) << not_newer;
+}
+
+TEST(VersionInfo, ReadsTheProgramsOwnBlock) {
+    CVersionInfo info;
+    EXPECT_EQ(info.GetProductVersionMS(), 0u);
+    EXPECT_EQ(info.GetProductName(), "");
+    ASSERT_EQ(info.LoadModule(nullptr), 1);
+    EXPECT_EQ(info.GetProductVersionMS(), 0x00040002u);
+    EXPECT_EQ(info.GetProductVersionLS(), 0x00070001u);
+    EXPECT_EQ(info.GetFileVersionMS(), 0x00040002u);
+    EXPECT_EQ(info.GetFileVersionLS(), 0x00070001u);
+    EXPECT_EQ(info.GetFileOS(), 0x40004u);
+    EXPECT_EQ(info.GetFileType(), 1u);
+    EXPECT_EQ(info.GetFileSubtype(), 0u);
+    EXPECT_EQ(info.GetFileFlagsMask(), 0x3Fu);
+    EXPECT_EQ(info.GetFileFlags(), 0u);
+    EXPECT_EQ(info.GetProductVersion(), "4.2.7-1");
+    EXPECT_EQ(info.GetFileVersion(), "4.2.7-1");
+    EXPECT_EQ(info.GetProductName(), "Tessara Link");
+    EXPECT_EQ(info.GetCompanyName(), "Corvane Systems");
+    EXPECT_EQ(info.GetFileDescription(), "Tessara Link tray applet");
+    EXPECT_EQ(info.GetInternalName(), "vh_tray");
+    EXPECT_EQ(info.GetOriginalFilename(), "vh_tray.exe");
+    for (const std::string& absent :
+         {info.GetLegalCopyright(), info.GetLegalTrademarks(), info.GetComments(),
+          info.GetPrivateBuild(), info.GetSpecialBuild()})
+        EXPECT_EQ(absent, "");
+    EXPECT_EQ(info.GetLastErrorText(), nullptr);
+    SYSTEMTIME date;
+    info.GetFileDateSystemTime(date);
+    EXPECT_EQ(date.wYear, 1601);
+    EXPECT_LT(info.GetFileDateVariant(), 0.0) << "1601 lies before the first day of the dates";
+    EXPECT_THAT(info.GetFileDateString(), testing::HasSubstr("1601"));
+}
+
+TEST(VersionInfo, AFileWithoutABlockLeavesItsError) {
+    CVersionInfo info;
+    EXPECT_EQ(info.LoadFile("no such file"), 0);
+    EXPECT_NE(info.GetLastErrorText(), nullptr);
+    EXPECT_EQ(info.GetFileDateVariant(), 0.0);
+    EXPECT_EQ(info.GetProductVersion(), "");
+}
+
+TEST(ResultStore, TheWindowIsTenMinutesBothEndsIncluded) {
+    EXPECT_TRUE(IsWithinResultWindow(Time(kNoon), Time(kNoon)));
+    EXPECT_TRUE(IsWithinResultWindow(Time(kNoon), Time(kNoon - RESULT_WINDOW_TICKS)));
+    EXPECT_FALSE(IsWithinResultWindow(Time(kNoon), Time(kNoon - RESULT_WINDOW_TICKS - 1)));
+    EXPECT_FALSE(IsWithinResultWindow(Time(kNoon), Time(kNoon + 1)));
+}
+
+TEST(ResultStore, AFailureHasTheTopBit) {
+    for (const auto& [result, isFailure] :
+         {std::pair{0u, false}, {1603u, false}, {0x7FFFFFFFu, false}, {0x80000000u, true}})
+        EXPECT_EQ((UpdateResultRecord{{}, result}).IsFailure(), isFailure) << result;
+}
+
+TEST(ResultText, TheTimeIsTheUsersOwn) {
+    SYSTEMTIME utc, local;
+    const FILETIME noon = Time(kNoon);
+    FileTimeToSystemTime(&noon, &utc);
+    SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local);
+    char date[64], time[64];
+    GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &local, nullptr, date, sizeof date);
+    GetTimeFormatA(LOCALE_USER_DEFAULT, TIME_NOSECONDS, &local, nullptr, time, sizeof time);
+    EXPECT_EQ(FormatResultTime({noon, 0}, 256), std::string(date) + " " + time);
+    EXPECT_EQ(FormatResultTime({Time(~0ull), 0}, 256), "") << "a time that is none";
+}
+
+TEST(ResultText, TheReasonIsOneLine) {
+    const std::string success = FormatResultReason({{}, 0});
+    EXPECT_NE(success, "");
+    EXPECT_EQ(success.find_first_of("\r\n"), std::string::npos);
+    EXPECT_EQ(FormatResultReason({{}, 0xE1234567}), "Result code 0xE1234567");
+}
+
+TEST(ResultList, RecordsSortByTimeInWholeSecondsAndByUnsignedCode) {
+    const CInstallResultsListView installed;
+    const CDownloadResultsListView failed;
+    const UpdateResultRecord early{Time(kNoon), 3010}, sameSecond{Time(kNoon + 9'999'999), 3010},
+        late{Time(kNoon + 10'000'000), 0x80000000}, none{Time(~0ull), 0};
+    for (const auto& [list, time, code] :
+         {std::tuple<const CResultListView&, int, int>{installed, 2, 3}, {failed, 1, 2}}) {
+        EXPECT_EQ(list.CompareItemsCustom(early, late, time), -1);
+        EXPECT_EQ(list.CompareItemsCustom(late, early, time), 1);
+        EXPECT_EQ(list.CompareItemsCustom(early, sameSecond, time), 0);
+        EXPECT_EQ(list.CompareItemsCustom(none, early, time), -1);
+        EXPECT_EQ(list.CompareItemsCustom(early, late, code), -1);
+        EXPECT_EQ(list.CompareItemsCustom(early, sameSecond, code), 0);
+        EXPECT_EQ(list.CompareItemsCustom(early, late, 0), 0);
+    }
+}
+
+TEST(Reboot, IsNeededByThreeResults) {
+    for (const DWORD result : {1641u, 3010u, 3011u}) EXPECT_TRUE(NeedsReboot(result)) << result;
+    for (const DWORD result : {0u, 1603u, 1642u, 3009u, 3012u})
+        EXPECT_FALSE(NeedsReboot(result)) << result;
+}
+
+}  // namespace
