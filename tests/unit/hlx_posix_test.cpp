@@ -69,6 +69,7 @@ TEST_F(Machine, WritesALineWithAllItsOptions) {
     hlx_logSetMask(log, HLX_AREA_XML | HLX_AREA_XML_OTHER | HLX_AREA_INTEGRITY);
     hlx_log(log, 1, HLX_AREA_INTEGRITY, "message text");
     hlx_logSetDefault(log);
+    const CHlxExpatWrapper scope;
     hlxParseConf tree;
     ASSERT_TRUE(tree.Create("UTF-8", nullptr));
     Clock::Advance(52s);
