@@ -21,6 +21,12 @@ std::span<HlxLogSlot> Slots(const HlxLogContext& context) {
     return {context.slots, context.slots ? static_cast<std::size_t>(context.slot_count) : 0};
 }
 
+char* CopyOf(const char* text) {
+    const std::size_t size = std::strlen(text) + 1;
+    void* const copy = std::malloc(size);
+    return copy ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
+}
+
 // Overwrites and releases, so that a late user finds nothing to use.
 void WipeAndFree(void* block, std::size_t size) {
     if (!block) return;
@@ -80,15 +86,14 @@ HlxResult hlx_logCreate(HlxLogContext** context, const char* progname, std::int3
     auto* const made = static_cast<HlxLogContext*>(std::calloc(1, sizeof(HlxLogContext)));
     if (!made) return HLX_NO_MEMORY;
     made->slot_count = std::max(slotCount, kFewestSlots);
-    const std::size_t nameSize = progname && *progname ? std::strlen(progname) + 1 : 0;
-    if (nameSize) made->progname = static_cast<char*>(std::malloc(nameSize));
+    const bool isNamed = progname && *progname;
+    if (isNamed) made->progname = CopyOf(progname);
     made->slots = static_cast<HlxLogSlot*>(
         std::calloc(static_cast<std::size_t>(made->slot_count), sizeof(HlxLogSlot)));
-    if (!made->slots || (nameSize && !made->progname)) {
+    if (!made->slots || (isNamed && !made->progname)) {
         hlx_logDestroy(made);
         return HLX_NO_MEMORY;
     }
-    if (nameSize) std::memcpy(made->progname, progname, nameSize);
     made->flags = flags;
     made->mask = HLX_AREA_INTEGRITY;
     made->level = 1;
