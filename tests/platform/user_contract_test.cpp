@@ -265,6 +265,31 @@ TEST_F(UserContract, StringsAreCutAtTheCapacityAndMissingOnesGiveNothing) {
     EXPECT_STREQ(text, "Last");
 }
 
+// An arrow head as a header draws it: filled and outlined in one color on another.
+TEST_F(UserContract, PolygonsAreFilledWithinTheirBitmap) {
+    constexpr RECT kArea{0, 0, 16, 15};
+    constexpr POINT kCorners[] = {{7, 4}, {2, 9}, {12, 9}};
+    const HDC screen = GetDC(nullptr);
+    const HDC canvas = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, kArea.right, kArea.bottom);
+    const HPEN pen = CreatePen(PS_SOLID, 0, GetSysColor(COLOR_BTNSHADOW));
+    const HGDIOBJ before = SelectObject(canvas, bitmap);
+    FillRect(canvas, &kArea, GetSysColorBrush(COLOR_BTNFACE));
+    SelectObject(canvas, GetSysColorBrush(COLOR_BTNSHADOW));
+    const HGDIOBJ oldPen = SelectObject(canvas, pen);
+    EXPECT_TRUE(Polygon(canvas, kCorners, 3));
+    for (const POINT inside : {POINT{7, 4}, {7, 6}, {2, 9}, {12, 9}, {7, 9}})
+        EXPECT_EQ(GetPixel(canvas, inside.x, inside.y), GetSysColor(COLOR_BTNSHADOW));
+    for (const POINT outside : {POINT{0, 0}, {7, 3}, {2, 6}, {12, 6}, {7, 10}})
+        EXPECT_EQ(GetPixel(canvas, outside.x, outside.y), GetSysColor(COLOR_BTNFACE));
+    SelectObject(canvas, oldPen);
+    SelectObject(canvas, before);
+    EXPECT_TRUE(DeleteObject(pen));
+    EXPECT_TRUE(DeleteObject(bitmap));
+    DeleteDC(canvas);
+    ReleaseDC(nullptr, screen);
+}
+
 TEST_F(UserContract, MenusComeWithTheirPopups) {
     const HMENU menu = LoadMenuA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(100));
     ASSERT_TRUE(menu);

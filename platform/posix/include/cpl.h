@@ -6,13 +6,9 @@
 #define CPL_INIT 1
 #define CPL_GETCOUNT 2
 #define CPL_INQUIRE 3
-#define CPL_SELECT 4
-#define CPL_DBLCLK 5
 #define CPL_STOP 6
 #define CPL_EXIT 7
-#define CPL_NEWINQUIRE 8
 #define CPL_STARTWPARMSA 9
-#define CPL_STARTWPARMS CPL_STARTWPARMSA
 
 typedef LONG(APIENTRY* APPLET_PROC)(HWND window, UINT message, LPARAM lParam1, LPARAM lParam2);
 

@@ -1,5 +1,7 @@
 // Windows, messages, dialogs, menus and what else the desktop is made of.
 //
+// Windows of this platform have no frame: the client area is the whole window.
+//
 // Every function has the contract of the Win32 function of its name. A window belongs to the thread
 // that made it; only PostMessageA, IsWindow and the desktop's hands reach it from another one.
 #pragma once
@@ -9,7 +11,6 @@
 typedef LRESULT(CALLBACK* WNDPROC)(HWND, UINT, WPARAM, LPARAM);
 typedef INT_PTR(CALLBACK* DLGPROC)(HWND, UINT, WPARAM, LPARAM);
 typedef void(CALLBACK* TIMERPROC)(HWND, UINT, UINT_PTR, DWORD);
-typedef BOOL(CALLBACK* WNDENUMPROC)(HWND, LPARAM);
 
 typedef struct tagMSG {
     HWND hwnd;
@@ -38,8 +39,6 @@ typedef struct tagMONITORINFO {
 #define MAKEINTATOM(i) ((LPSTR)((ULONG_PTR)((WORD)(i))))
 
 // Resource types
-#define RT_BITMAP MAKEINTRESOURCEA(2)
-#define RT_ICON MAKEINTRESOURCEA(3)
 #define RT_MENU MAKEINTRESOURCEA(4)
 #define RT_DIALOG MAKEINTRESOURCEA(5)
 #define RT_STRING MAKEINTRESOURCEA(6)
@@ -47,51 +46,25 @@ typedef struct tagMONITORINFO {
 
 // Window messages
 #define WM_NULL 0x0000
-#define WM_CREATE 0x0001
 #define WM_DESTROY 0x0002
-#define WM_MOVE 0x0003
-#define WM_SIZE 0x0005
-#define WM_ACTIVATE 0x0006
-#define WM_SETFOCUS 0x0007
-#define WM_KILLFOCUS 0x0008
-#define WM_ENABLE 0x000A
 #define WM_SETREDRAW 0x000B
 #define WM_SETTEXT 0x000C
 #define WM_GETTEXT 0x000D
-#define WM_GETTEXTLENGTH 0x000E
 #define WM_CLOSE 0x0010
 #define WM_QUIT 0x0012
-#define WM_SHOWWINDOW 0x0018
 #define WM_SETTINGCHANGE 0x001A
-#define WM_DRAWITEM 0x002B
-#define WM_MEASUREITEM 0x002C
-#define WM_DELETEITEM 0x002D
 #define WM_VKEYTOITEM 0x002E
 #define WM_CHARTOITEM 0x002F
-#define WM_SETFONT 0x0030
-#define WM_GETFONT 0x0031
 #define WM_COMPAREITEM 0x0039
 #define WM_NOTIFY 0x004E
-#define WM_CONTEXTMENU 0x007B
-#define WM_GETICON 0x007F
 #define WM_SETICON 0x0080
-#define WM_NCCREATE 0x0081
 #define WM_NCDESTROY 0x0082
 #define WM_KEYDOWN 0x0100
-#define WM_KEYUP 0x0101
 #define WM_CHAR 0x0102
 #define WM_INITDIALOG 0x0110
 #define WM_COMMAND 0x0111
-#define WM_SYSCOMMAND 0x0112
 #define WM_TIMER 0x0113
-#define WM_HSCROLL 0x0114
-#define WM_VSCROLL 0x0115
 #define WM_CTLCOLORMSGBOX 0x0132
-#define WM_CTLCOLOREDIT 0x0133
-#define WM_CTLCOLORLISTBOX 0x0134
-#define WM_CTLCOLORBTN 0x0135
-#define WM_CTLCOLORDLG 0x0136
-#define WM_CTLCOLORSCROLLBAR 0x0137
 #define WM_CTLCOLORSTATIC 0x0138
 #define WM_MOUSEMOVE 0x0200
 #define WM_LBUTTONDOWN 0x0201
@@ -99,7 +72,6 @@ typedef struct tagMONITORINFO {
 #define WM_LBUTTONDBLCLK 0x0203
 #define WM_RBUTTONDOWN 0x0204
 #define WM_RBUTTONUP 0x0205
-#define WM_RBUTTONDBLCLK 0x0206
 #define WM_MOUSEHOVER 0x02A1
 #define WM_MOUSELEAVE 0x02A3
 #define WM_USER 0x0400
@@ -109,7 +81,6 @@ typedef struct tagMONITORINFO {
 #define ICON_BIG 1
 
 // Window styles
-#define WS_OVERLAPPED 0x00000000
 #define WS_POPUP 0x80000000
 #define WS_CHILD 0x40000000
 #define WS_VISIBLE 0x10000000
@@ -117,12 +88,9 @@ typedef struct tagMONITORINFO {
 #define WS_CAPTION 0x00C00000
 #define WS_BORDER 0x00800000
 #define WS_SYSMENU 0x00080000
-#define WS_GROUP 0x00020000
 #define WS_MINIMIZEBOX 0x00020000
 #define WS_TABSTOP 0x00010000
 #define WS_EX_TOPMOST 0x00000008
-#define WS_EX_CLIENTEDGE 0x00000200
-#define WS_EX_CONTROLPARENT 0x00010000
 
 // Dialog styles and messages
 #define DS_SETFONT 0x0040
@@ -130,12 +98,10 @@ typedef struct tagMONITORINFO {
 #define DS_FIXEDSYS 0x0008
 #define DS_CONTROL 0x0400
 #define DM_GETDEFID (WM_USER + 0)
-#define DM_SETDEFID (WM_USER + 1)
 #define DC_HASDEFID 0x534B
 #define DWLP_MSGRESULT 0
 #define DWLP_DLGPROC ((int)(DWLP_MSGRESULT + sizeof(LRESULT)))
 #define DWLP_USER ((int)(DWLP_DLGPROC + sizeof(DLGPROC)))
-#define WC_DIALOG MAKEINTATOM(0x8002)
 
 // Window fields
 #define GWLP_WNDPROC (-4)
@@ -151,9 +117,7 @@ typedef struct tagMONITORINFO {
 #define BS_DEFPUSHBUTTON 0x0001
 #define BS_TYPEMASK 0x000F
 #define BN_CLICKED 0
-#define BM_SETSTYLE 0x00F4
 #define BM_CLICK 0x00F5
-#define SS_LEFT 0x0000
 
 #define IDOK 1
 #define IDCANCEL 2
@@ -172,7 +136,6 @@ typedef struct tagMONITORINFO {
 #define PM_REMOVE 0x0001
 
 #define CW_USEDEFAULT ((int)0x80000000)
-#define HWND_DESKTOP ((HWND)0)
 
 // Messages and the queue of the thread
 BOOL WINAPI GetMessageA(LPMSG message, HWND window, UINT first, UINT last);
@@ -181,7 +144,6 @@ BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageA(const MSG* message);
 BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
 void WINAPI PostQuitMessage(int exitCode);
 UINT WINAPI RegisterWindowMessageA(LPCSTR name);
 UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT elapse, TIMERPROC proc);
@@ -194,30 +156,22 @@ HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR text, DWORD 
 BOOL WINAPI DestroyWindow(HWND window);
 BOOL WINAPI IsWindow(HWND window);
 BOOL WINAPI IsChild(HWND parent, HWND window);
-BOOL WINAPI IsWindowVisible(HWND window);
 BOOL WINAPI IsWindowEnabled(HWND window);
 BOOL WINAPI ShowWindow(HWND window, int show);
 BOOL WINAPI EnableWindow(HWND window, BOOL enable);
 BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint);
 BOOL WINAPI GetWindowRect(HWND window, LPRECT rect);
-BOOL WINAPI GetClientRect(HWND window, LPRECT rect);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
-BOOL WINAPI ClientToScreen(HWND window, LPPOINT point);
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
 int WINAPI GetWindowTextA(HWND window, LPSTR text, int capacity);
-int WINAPI GetWindowTextLengthA(HWND window);
-int WINAPI GetClassNameA(HWND window, LPSTR name, int capacity);
 HWND WINAPI GetParent(HWND window);
 HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus(void);
 BOOL WINAPI SetForegroundWindow(HWND window);
-HWND WINAPI GetForegroundWindow(void);
 HWND WINAPI FindWindowA(LPCSTR className, LPCSTR text);
 HWND WINAPI FindWindowExA(HWND parent, HWND childAfter, LPCSTR className, LPCSTR text);
 LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
-LONG WINAPI GetWindowLongA(HWND window, int index);
-LONG WINAPI SetWindowLongA(HWND window, int index, LONG value);
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT WINAPI CallWindowProcA(WNDPROC proc, HWND window, UINT message, WPARAM wParam,
                                LPARAM lParam);
@@ -234,7 +188,6 @@ BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
 UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR text, int capacity);
 BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message);
 LRESULT WINAPI DefDlgProcA(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rect);
 
 // Message boxes
 #define MB_OK 0x00000000
@@ -242,7 +195,6 @@ BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rect);
 #define MB_ICONERROR MB_ICONHAND
 #define MB_ICONQUESTION 0x00000020
 #define MB_ICONEXCLAMATION 0x00000030
-#define MB_ICONWARNING MB_ICONEXCLAMATION
 #define MB_ICONASTERISK 0x00000040
 #define MB_ICONINFORMATION MB_ICONASTERISK
 #define MB_TYPEMASK 0x0000000F
@@ -273,7 +225,6 @@ BOOL WINAPI DestroyMenu(HMENU menu);
 #define IMAGE_ICON 1
 #define LR_DEFAULTCOLOR 0x0000
 #define LR_LOADMAP3DCOLORS 0x1000
-#define IDC_ARROW MAKEINTRESOURCEA(32512)
 #define IDC_WAIT MAKEINTRESOURCEA(32514)
 int WINAPI LoadStringA(HINSTANCE instance, UINT id, LPSTR text, int capacity);
 HANDLE WINAPI LoadImageA(HINSTANCE instance, LPCSTR name, UINT type, int width, int height,
@@ -294,7 +245,6 @@ HCURSOR WINAPI SetCursor(HCURSOR cursor);
 #define SPI_GETMOUSEHOVERWIDTH 0x0062
 #define SPI_GETMOUSEHOVERHEIGHT 0x0064
 #define MONITOR_DEFAULTTONULL 0x00000000
-#define MONITOR_DEFAULTTOPRIMARY 0x00000001
 #define MONITOR_DEFAULTTONEAREST 0x00000002
 #define MONITORINFOF_PRIMARY 0x00000001
 #define COLOR_BTNFACE 15
@@ -307,6 +257,5 @@ BOOL WINAPI GetMonitorInfoA(HMONITOR monitor, LPMONITORINFO info);
 DWORD WINAPI GetSysColor(int index);
 HBRUSH WINAPI GetSysColorBrush(int index);
 HDC WINAPI GetDC(HWND window);
-HWND WINAPI GetDesktopWindow(void);
 int WINAPI ReleaseDC(HWND window, HDC context);
 int WINAPI FillRect(HDC context, const RECT* rect, HBRUSH brush);

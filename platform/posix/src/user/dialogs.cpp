@@ -124,9 +124,6 @@ LRESULT DefaultOfDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
         }
         case DM_GETDEFID:
             return state->defaultButton ? MAKELONG(state->defaultButton, DC_HASDEFID) : 0;
-        case DM_SETDEFID:
-            state->defaultButton = static_cast<LONG_PTR>(wParam);
-            return TRUE;
     }
     return DefWindowProcA(dialog, message, wParam, lParam);
 }
@@ -252,11 +249,4 @@ LRESULT WINAPI DefDlgProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lPar
     const INT_PTR answer = proc ? proc(handle, message, wParam, lParam) : FALSE;
     if (AnswersDirectly(message)) return answer;
     return answer ? state->messageResult : DefaultOfDialog(handle, message, wParam, lParam);
-}
-
-BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rect) {
-    if (!StateOf<DialogState>(Lookup(dialog))) return FALSE;
-    *rect = {Rounded(rect->left, kBaseWidth, 4), Rounded(rect->top, kBaseHeight, 8),
-             Rounded(rect->right, kBaseWidth, 4), Rounded(rect->bottom, kBaseHeight, 8)};
-    return TRUE;
 }

@@ -182,10 +182,6 @@ LRESULT ListView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             return !win32::Refused("LVM_SETITEMA", item->iSubItem) && SetItem(*item);
         case LVM_GETITEMA:
             return GetItem(*item);
-        case LVM_SETITEMTEXTA: {
-            Row* row = RowAt(wParam);
-            return row && SetCell(*row, item->iSubItem, item->pszText);
-        }
         case LVM_GETITEMTEXTA: {
             const Row* row = RowAt(wParam);
             return row ? HandOut(row->Cell(item->iSubItem), item->pszText, item->cchTextMax) : 0;

@@ -190,12 +190,6 @@ LRESULT WINAPI SendMessageA(HWND handle, UINT message, WPARAM wParam, LPARAM lPa
     return window->proc(handle, message, wParam, lParam);
 }
 
-LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam,
-                                   LPARAM lParam) {
-    const HWND control = GetDlgItem(dialog, id);
-    return control ? SendMessageA(control, message, wParam, lParam) : 0;
-}
-
 void WINAPI PostQuitMessage(int exitCode) {
     const std::shared_ptr<Queue> queue = ThisThreadsQueue();
     const machine::WorldLock lock = machine::LockWorld();

@@ -84,16 +84,6 @@ BOOL WINAPI IsWindowEnabled(HWND handle) {
     return window && !window->Has(WS_DISABLED);
 }
 
-// A window is seen only if all windows around it are.
-BOOL WINAPI IsWindowVisible(HWND handle) {
-    WindowPtr window = Lookup(handle);
-    while (window && window->Has(WS_VISIBLE)) {
-        if (!window->parent) return TRUE;
-        window = Lookup(window->parent);
-    }
-    return FALSE;
-}
-
 BOOL WINAPI IsChild(HWND parent, HWND handle) {
     const machine::WorldLock lock = machine::LockWorld();
     WindowPtr window = LookupLocked(handle);
@@ -125,26 +115,10 @@ BOOL WINAPI GetWindowRect(HWND handle, LPRECT rect) {
     return TRUE;
 }
 
-// Windows of this desktop have no frame: the client area is the whole window.
-BOOL WINAPI GetClientRect(HWND handle, LPRECT rect) {
-    const WindowPtr window = Lookup(handle);
-    if (!window) return FALSE;
-    const RECT& place = window->place;
-    *rect = {0, 0, place.right - place.left, place.bottom - place.top};
-    return TRUE;
-}
-
 BOOL WINAPI ScreenToClient(HWND handle, LPPOINT point) {
     if (!Lookup(handle)) return FALSE;
     const POINT origin = Origin(handle);
     *point = {point->x - origin.x, point->y - origin.y};
-    return TRUE;
-}
-
-BOOL WINAPI ClientToScreen(HWND handle, LPPOINT point) {
-    if (!Lookup(handle)) return FALSE;
-    const POINT origin = Origin(handle);
-    *point = {point->x + origin.x, point->y + origin.y};
     return TRUE;
 }
 
@@ -158,15 +132,6 @@ int WINAPI GetWindowTextA(HWND handle, LPSTR text, int capacity) {
     if (text && capacity > 0) *text = '\0';
     return static_cast<int>(SendMessageA(handle, WM_GETTEXT, static_cast<WPARAM>(capacity),
                                          reinterpret_cast<LPARAM>(text)));
-}
-
-int WINAPI GetWindowTextLengthA(HWND handle) {
-    return static_cast<int>(SendMessageA(handle, WM_GETTEXTLENGTH, 0, 0));
-}
-
-int WINAPI GetClassNameA(HWND handle, LPSTR name, int capacity) {
-    const WindowPtr window = Lookup(handle);
-    return window ? HandOut(window->type->name, name, capacity) : 0;
 }
 
 HWND WINAPI SetFocus(HWND handle) {
@@ -193,13 +158,6 @@ BOOL WINAPI SetForegroundWindow(HWND handle) {
     machine::Record({machine::EventKind::kBroughtForward, 0, window->text, ""});
     return TRUE;
 }
-
-HWND WINAPI GetForegroundWindow(void) {
-    const machine::WorldLock lock = machine::LockWorld();
-    return TheDesk().foreground;
-}
-
-HWND WINAPI GetDesktopWindow(void) { return nullptr; }
 
 HWND WINAPI FindWindowA(LPCSTR className, LPCSTR text) {
     return FindWindowExA(nullptr, nullptr, className, text);
@@ -265,14 +223,6 @@ LONG_PTR WINAPI SetWindowLongPtrA(HWND handle, int index, LONG_PTR value) {
     return before;
 }
 
-LONG WINAPI GetWindowLongA(HWND handle, int index) {
-    return static_cast<LONG>(GetWindowLongPtrA(handle, index));
-}
-
-LONG WINAPI SetWindowLongA(HWND handle, int index, LONG value) {
-    return static_cast<LONG>(SetWindowLongPtrA(handle, index, value));
-}
-
 LRESULT WINAPI CallWindowProcA(WNDPROC proc, HWND window, UINT message, WPARAM wParam,
                                LPARAM lParam) {
     return proc(window, message, wParam, lParam);
@@ -289,16 +239,12 @@ LRESULT WINAPI DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM l
         }
         case WM_GETTEXT:
             return HandOut(window->text, reinterpret_cast<LPSTR>(lParam), static_cast<int>(wParam));
-        case WM_GETTEXTLENGTH:
-            return static_cast<LRESULT>(window->text.size());
         case WM_SETREDRAW:
             window->redraws = wParam != 0;
             return 0;
         case WM_SETICON:
             return reinterpret_cast<LRESULT>(
                 std::exchange(window->icons[wParam == ICON_BIG], reinterpret_cast<HICON>(lParam)));
-        case WM_GETICON:
-            return reinterpret_cast<LRESULT>(window->icons[wParam == ICON_BIG]);
         case WM_CLOSE:
             DestroyWindow(handle);
             return 0;
