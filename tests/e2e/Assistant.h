@@ -8,10 +8,9 @@
 bool AssistantIsThere();
 
 // Asks and waits until it is done; false when it was not, or nobody is there. The requests:
-//   picture NAME          keeps a picture of the screen under that name
-//   click BUTTON [COUNT]  clicks the leftmost icon of the applet's in the notification area, BUTTON
-//   as
-//                         the pointer's buttons are numbered (1 left, 3 right)
+//   picture NAME [DELAY]  keeps a picture of the screen under that name, taken after DELAY seconds
+//   click BUTTON [COUNT]  clicks the applet's leftmost icon in the notification area; the pointer's
+//                         buttons are 1 for left and 3 for right
 bool AskAssistant(const std::string& request);
 
 // A picture for the documentation, if someone can take it.

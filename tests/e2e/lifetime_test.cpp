@@ -36,7 +36,7 @@ TEST(Lifetime, SecondInstanceEndsAtOnceAndLeavesTheFirstAlone) {
     agent.Report({.state = "medium"});
     const Applet first;
     ASSERT_TRUE(first.AwaitIcon(kHealthIcon, kPassLimitMs));
-    TakePicture("balloon");
+    TakePicture("balloon 3");  // it comes up two seconds after its icon
     {
         const Applet second;
         EXPECT_EQ(second.Window(), nullptr);
