@@ -2,6 +2,7 @@
 // given up, faults on order, and registry and files that other processes change.
 #include <windows.h>
 #include <msi.h>
+#include <objbase.h>
 #include <process.h>
 
 #include <fcntl.h>
@@ -23,6 +24,8 @@
 #include "machine/waits.h"
 #include "src/module_resources.h"
 #include "src/shutdown.h"
+#include "src/startups.h"
+#include "src/system.h"
 
 using namespace std::chrono_literals;
 
@@ -205,6 +208,19 @@ TEST(Installer, FindsProductsByComponent) {
     EXPECT_EQ(MsiGetProductInfoA("{p}", "InstalledProductName", text, &size),
               static_cast<UINT>(ERROR_MORE_DATA));
     EXPECT_EQ(size, 5u);
+}
+
+TEST(Process, KnowsItsWindowsAndCountsWhatItHasStarted) {
+    OSVERSIONINFOA version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    win32::SetWindowsVersion(4, 0);
+    EXPECT_TRUE(GetVersionExA(&version));
+    EXPECT_EQ(version.dwMajorVersion, 4u);
+    EXPECT_EQ(CoInitialize(nullptr), S_OK);
+    EXPECT_EQ(CoInitialize(nullptr), S_FALSE);
+    EXPECT_EQ(win32::ComStartups(), 2);
+    for (int i = 0; i < 3; ++i) CoUninitialize();
+    EXPECT_EQ(win32::ComStartups(), 0);
 }
 
 TEST(Shutdown, IsRecordedAndNotCarriedOut) {

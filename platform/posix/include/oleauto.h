@@ -6,6 +6,5 @@
 
 using DATE = double;
 
-// Give FALSE on an impossible date.
+// Gives FALSE on an impossible date.
 INT WINAPI SystemTimeToVariantTime(LPSYSTEMTIME time, DATE* date);
-INT WINAPI VariantTimeToSystemTime(DATE date, LPSYSTEMTIME time);

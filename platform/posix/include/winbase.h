@@ -25,7 +25,6 @@ HLOCAL WINAPI LocalFree(HLOCAL memory);
 
 int WINAPI lstrcmpA(LPCSTR left, LPCSTR right);
 int WINAPI lstrcmpiA(LPCSTR left, LPCSTR right);
-int WINAPI lstrlenA(LPCSTR text);
 
 // --- Handles, events, mutexes and waits
 
@@ -49,7 +48,6 @@ struct CRITICAL_SECTION {
 using LPCRITICAL_SECTION = CRITICAL_SECTION*;
 
 BOOL WINAPI CloseHandle(HANDLE handle);
-BOOL WINAPI GetProcessHandleCount(HANDLE process, LPDWORD count);
 
 HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manualReset, BOOL signalled,
                            LPCSTR name);
@@ -112,7 +110,6 @@ BOOL WINAPI TerminateThread(HANDLE thread, DWORD code);
 #define GENERIC_READ 0x80000000u
 #define FILE_SHARE_READ 0x00000001
 #define FILE_SHARE_WRITE 0x00000002
-#define FILE_SHARE_DELETE 0x00000004
 #define OPEN_EXISTING 3
 #define FILE_ATTRIBUTE_NORMAL 0x00000080
 #define INVALID_FILE_SIZE ((DWORD)0xFFFFFFFF)
@@ -151,7 +148,6 @@ BOOL WINAPI SystemTimeToFileTime(const SYSTEMTIME* from, LPFILETIME to);
 // `zone` must be null: the zone now in force.
 BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* zone,
                                             const SYSTEMTIME* utc, LPSYSTEMTIME local);
-DWORD WINAPI GetTickCount();
 
 // --- Modules
 
@@ -203,7 +199,6 @@ BOOL WINAPI AdjustTokenPrivileges(HANDLE token, BOOL disableAll, PTOKEN_PRIVILEG
                                   DWORD size, PTOKEN_PRIVILEGES former, PDWORD formerSize);
 
 // Records the request (src/shutdown.h); the machine goes on.
-#define EWX_LOGOFF 0x00000000
 #define EWX_REBOOT 0x00000002
 #define EWX_FORCE 0x00000004
 #define SHTDN_REASON_FLAG_PLANNED 0x80000000

@@ -38,12 +38,9 @@ using SOCKADDR_IN = sockaddr_in;
 
 #define INVALID_SOCKET ((SOCKET)(~0))
 #define SOCKET_ERROR (-1)
-#define SD_RECEIVE 0
 #define SD_SEND 1
-#define SD_BOTH 2
 
 #define WSAEINTR 10004
-#define WSAEBADF 10009
 #define WSAEACCES 10013
 #define WSAEINVAL 10022
 #define WSAEMFILE 10024

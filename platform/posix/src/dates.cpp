@@ -2,7 +2,6 @@
 #include "src/dates.h"
 
 #include <chrono>
-#include <cmath>
 #include <ctime>
 
 #include "oleauto.h"
@@ -80,10 +79,6 @@ void GetLocalTime(LPSYSTEMTIME time) {
 
 void GetSystemTimeAsFileTime(LPFILETIME time) { *time = win32::FileTimeOf(machine::Clock::Now()); }
 
-DWORD GetTickCount() {
-    return static_cast<DWORD>(machine::Clock::Uptime() / machine::kTicksPerMillisecond);
-}
-
 BOOL FileTimeToSystemTime(const FILETIME* from, LPSYSTEMTIME to) {
     if (win32::Refused("FileTimeToSystemTime")) return FALSE;
     const machine::Ticks date = win32::TicksOf(*from);
@@ -128,18 +123,5 @@ INT SystemTimeToVariantTime(LPSYSTEMTIME time, DATE* date) {
         static_cast<double>(*ticks % kTicksPerDay / machine::kTicksPerSecond) / kSecondsPerDay;
     // The time of the day counts away from zero also before the epoch.
     *date = days >= 0 ? static_cast<double>(days) + part : static_cast<double>(days) - part;
-    return TRUE;
-}
-
-INT VariantTimeToSystemTime(DATE date, LPSYSTEMTIME time) {
-    if (win32::Refused("VariantTimeToSystemTime")) return FALSE;
-    const double days = std::trunc(date);
-    const auto seconds =
-        static_cast<machine::Ticks>(std::llround(std::abs(date - days) * kSecondsPerDay));
-    const machine::Ticks ticks =
-        (static_cast<machine::Ticks>(days) + (kAutomationEpoch - kEpoch).count()) * kTicksPerDay +
-        seconds * machine::kTicksPerSecond;
-    if (ticks < 0 || !(days < 2'958'466)) return FALSE;
-    *time = win32::SystemTimeOf(ticks);
     return TRUE;
 }

@@ -52,10 +52,3 @@ BOOL CloseHandle(HANDLE handle) {
     if (win32::Refused("CloseHandle")) return FALSE;
     return win32::TakeHandle(handle) ? TRUE : win32::Fail(ERROR_INVALID_HANDLE, FALSE);
 }
-
-BOOL GetProcessHandleCount(HANDLE, LPDWORD count) {
-    win32::HandleTable& table = win32::Table();
-    const std::lock_guard guard(table.mutex);
-    *count = static_cast<DWORD>(table.objects.size());
-    return TRUE;
-}

@@ -46,8 +46,6 @@ int lstrcmpA(LPCSTR left, LPCSTR right) {
     return bytes == 0 ? 0 : (bytes < 0 ? 1 : -1);
 }
 
-int lstrlenA(LPCSTR text) { return text ? static_cast<int>(std::strlen(text)) : 0; }
-
 char* _strdup(const char* text) { return text ? strdup(text) : nullptr; }
 
 unsigned char* _mbstok(unsigned char* text, const unsigned char* delimiters) {
