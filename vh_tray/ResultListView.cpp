@@ -130,7 +130,9 @@ bool CResultListView::DoSortItems(int column, bool descending) {
     for (int row = 0; row < rows; ++row) {
         SortEntry& entry = entries[static_cast<std::size_t>(row)];
         entry.record = GetRecord(row);
+        // A control that cuts the text need not terminate it.
         GetItemText(row, column, entry.key, kSortKeyCapacity);
+        entry.key[kSortKeyCapacity - 1] = '\0';
     }
     for (int row = 0; row < rows; ++row)
         SetItemParam(row, reinterpret_cast<LPARAM>(&entries[static_cast<std::size_t>(row)]));
