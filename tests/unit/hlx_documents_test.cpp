@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -36,6 +37,7 @@ TEST(Tree, HoldsElementsFlatWithTheTextThatFollowedEach) {
     const struct {
         const char* document;
         const char* dump;
+        const char* version = "0.0";
     } cases[] = {
         {"<Message>Hello <b>big</b> world</Message>", "1 Message [Hello ]\n2 b [bigworld]\n"},
         {"<m>one\n   two \r\n\tthree</m>", "1 m [onetwo three]\n"},
@@ -43,37 +45,26 @@ TEST(Tree, HoldsElementsFlatWithTheTextThatFollowedEach) {
         {"<!DOCTYPE m [<!ENTITY e \"in\">]><m>&e;<!-- no --><?pi no?></m>", "1 m [in]\n"},
         {"<r a='1' b=''><e x='2'/>  </r>", "1 r a=1 b= []\n2 e x=2 []\n"},
         {"<n:r xmlns:n='u'>\xC3\xA4</n:r>", "1 n:r xmlns:n=u [\xC3\xA4]\n"},
+        {"<r Version='2' VERSION='3'><a version='4'/></r>",
+         "1 r Version=2 VERSION=3 []\n2 a version=4 []\n", "2"},
+        {"<r><a version='4'/></r>", "1 r []\n2 a version=4 []\n"},
     };
     for (const auto& each : cases) {
         hlxParseConf tree;
         EXPECT_TRUE(ParseInto(tree, each.document)) << each.document;
         EXPECT_EQ(Dump(tree), each.dump) << each.document;
+        EXPECT_EQ(tree.m_version, each.version) << each.document;
+        EXPECT_EQ(tree.m_rootTag, tree.m_elements.front().m_tag);
         EXPECT_EQ(tree.m_depth, 0) << each.document;
     }
-}
-
-TEST(Tree, TakesTheVersionFromTheRootOnlyWhateverItsCase) {
-    hlxConfElement element;
-    hlxConfAttribute attribute("untouched");
-    hlxParseConf tree("source");
-    ASSERT_TRUE(ParseInto(tree, "<Root Version='2' VERSION='3'><a version='4'/></Root>"));
-    EXPECT_EQ(tree.m_version, "2");
-    EXPECT_EQ(tree.m_rootTag, "Root");
-    EXPECT_EQ(tree.m_source, "source");
-    ASSERT_TRUE(tree.FindElement("Root", element));
-    EXPECT_FALSE(element.FindAttribute("version", attribute));
-    EXPECT_EQ(attribute.m_name, "untouched");
-
-    hlxParseConf bare;
-    ASSERT_TRUE(ParseInto(bare, "<r><a version='4'/></r>"));
-    EXPECT_EQ(bare.m_version, "0.0");
 }
 
 TEST(Tree, SharesOneCursorAmongItsLookups) {
     hlxParseConf tree;
     hlxConfElement element("untouched");
+    hlxConfAttribute attribute("untouched");
     EXPECT_FALSE(tree.GetFirstElement(element));
-    ASSERT_TRUE(ParseInto(tree, "<r><a>1</a><b/><a>2</a></r>"));
+    ASSERT_TRUE(ParseInto(tree, "<r><a>1</a><b None=''/><a>2</a></r>"));
     EXPECT_FALSE(tree.GetNextElement(element)) << "nothing has moved the cursor yet";
     EXPECT_EQ(element.m_tag, "untouched");
     for (int again = 0; again < 2; ++again) {
@@ -82,6 +73,8 @@ TEST(Tree, SharesOneCursorAmongItsLookups) {
     }
     ASSERT_TRUE(tree.GetNextElement(element));
     EXPECT_EQ(element.m_tag, "b");
+    EXPECT_FALSE(element.FindAttribute("none", attribute));
+    EXPECT_EQ(attribute.m_name, "untouched");
     EXPECT_FALSE(tree.FindElement("A", element));
     EXPECT_FALSE(tree.GetNextElement(element)) << "a failed search leaves the cursor at the end";
 }
@@ -92,16 +85,16 @@ TEST(Element, CopiesDeeplyAndWithoutTheCursor) {
     original.AddAttribute(hlxConfAttribute("a", "1"));
     original.AddAttribute(hlxConfAttribute("b", nullptr));
     ASSERT_TRUE(original.FindAttribute("a", attribute));
-    hlxConfElement copy(original);
     hlxConfElement assigned;
     assigned = original;
-    original.m_attributes.front().SetValue("changed");
-    EXPECT_FALSE(copy.GetNextAttribute(attribute));
-    EXPECT_FALSE(assigned.GetNextAttribute(attribute));
-    ASSERT_TRUE(copy.FindAttribute("a", attribute));
-    EXPECT_EQ(attribute.m_value, "1");
-    ASSERT_TRUE(copy.GetNextAttribute(attribute));
-    EXPECT_EQ(attribute.m_name, "b");
+    for (hlxConfElement copy : {hlxConfElement(original), assigned}) {
+        original.m_attributes.front().SetValue("changed");
+        EXPECT_FALSE(copy.GetNextAttribute(attribute));
+        ASSERT_TRUE(copy.FindAttribute("a", attribute));
+        EXPECT_EQ(attribute.m_value, "1");
+        ASSERT_TRUE(copy.GetNextAttribute(attribute));
+        EXPECT_EQ(attribute.m_name, "b");
+    }
 }
 
 // Notes what it is called for, and throws at a tag "bad".
@@ -112,15 +105,15 @@ public:
         if (std::string(tag) == "bad") throw std::runtime_error("refused");
     }
     void OnEndElement() { m_events += ">"; }
-    void OnCharacterData(const char* data, int length) {
-        m_events.append(data, std::size_t(length));
-    }
+    void OnCharacterData(const char* data, int length) { m_events += Text(data, length); }
     void OnComment(const char* text) { m_events += std::string("!") + text; }
-    void OnDefault(const char* data, int length) {
-        m_events += '?';
-        m_events.append(data, std::size_t(length));
-    }
+    void OnDefault(const char* data, int length) { m_events += "?" + Text(data, length); }
     std::string m_events;
+
+private:
+    static std::string Text(const char* data, int length) {
+        return {data, static_cast<std::size_t>(length)};
+    }
 };
 
 TEST(Glue, OwnsOneParserAtATime) {
@@ -138,21 +131,20 @@ TEST(Glue, OwnsOneParserAtATime) {
 
 TEST(Glue, SwitchesHandlersOff) {
     constexpr char kDocument[] = "<!DOCTYPE a [<!ENTITY e 'in'>]><a>&e;<!--c-->t</a>";
-    Recorder off;
-    ASSERT_TRUE(off.Create("UTF-8", nullptr));
-    off.EnableStartElementHandler(false);
-    off.EnableEndElementHandler(false);
-    off.EnableCharacterDataHandler(false);
-    off.EnableCommentHandler(false);
-    off.EnableDefaultHandler(false, true);
-    EXPECT_TRUE(off.Parse(kDocument, -1, true));
-    EXPECT_EQ(off.m_events, "");
+    Recorder recorder;
+    ASSERT_TRUE(recorder.Create("UTF-8", nullptr));
+    recorder.EnableStartElementHandler(false);
+    recorder.EnableEndElementHandler(false);
+    recorder.EnableCharacterDataHandler(false);
+    recorder.EnableCommentHandler(false);
+    recorder.EnableDefaultHandler(false, true);
+    EXPECT_TRUE(recorder.Parse(kDocument, -1, true));
+    EXPECT_EQ(recorder.m_events, "");
 
-    Recorder unexpanded;
-    ASSERT_TRUE(unexpanded.Create("UTF-8", nullptr));
-    unexpanded.EnableDefaultHandler(true, false);
-    EXPECT_TRUE(unexpanded.Parse("<!DOCTYPE a [<!ENTITY e 'in'>]><a>&e;</a>", -1, true));
-    EXPECT_NE(unexpanded.m_events.find("?&e;"), std::string::npos) << unexpanded.m_events;
+    ASSERT_TRUE(recorder.Create("UTF-8", nullptr));
+    recorder.EnableDefaultHandler(true, false);
+    EXPECT_TRUE(recorder.Parse(kDocument, -1, true));
+    EXPECT_NE(recorder.m_events.find("?&e;"), std::string::npos) << "not expanded";
 }
 
 TEST(Glue, HoldsAnExceptionUntilTheParserHasReturned) {
@@ -164,62 +156,41 @@ TEST(Glue, HoldsAnExceptionUntilTheParserHasReturned) {
     EXPECT_TRUE(recorder.Parse("<c/>", -1, true));
 }
 
-TEST(Glue, LoadsTheLibraryAfreshAfterEachScope) {
-    for (int round = 0; round < 3; ++round) {
-        CHlxExpatWrapper scope;
-        hlxParseConf tree;
-        EXPECT_TRUE(ParseInto(tree, "<a/>"));
-    }
-    CHlxExpatWrapper unused;
-}
-
-constexpr std::uint32_t kUntouched = 77;
-
-std::string Address(std::uint32_t address) {
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&address);
-    std::string text;
-    for (int i = 0; i < 4; ++i) text += std::to_string(bytes[i]) + (i < 3 ? "." : "");
-    return text;
-}
-
-// The reader's result code, and all that it handed out in the order of its parameters.
+// The reader's result code and all that it handed out: the numbers, the texts, the addresses.
 std::string Read(const std::string& document) {
-    std::uint32_t flags[7];
-    for (std::uint32_t& flag : flags) flag = kUntouched;
-    auto& [automatic, enabled, state, icon, popup, open, count] = flags;
-    char* raw = nullptr;
-    char* message = nullptr;
-    char* url = nullptr;
+    constexpr std::uint32_t kUntouched = 77;
+    std::uint32_t numbers[7];
+    std::fill_n(numbers, 7, kUntouched);
+    auto& [automatic, enabled, state, icon, popup, open, count] = numbers;
+    char* texts[3] = {};
+    auto& [raw, message, url] = texts;
     std::uint32_t* addresses = nullptr;
-    const std::int32_t before = g_mf_sem;
-    std::string text = std::to_string(hlx_parseHealthResult(document.c_str(), &automatic, &enabled,
-                                                            &state, &icon, &raw, &message, &popup,
-                                                            &url, &open, &count, &addresses));
-    const auto addFlag = [&text](const char* name, std::uint32_t value) {
-        if (value != kUntouched) text += std::string(" ") + name + "=" + std::to_string(value);
-    };
-    const auto addText = [&text](const char* name, char* value) {
-        if (value) text += std::string(" ") + name + "='" + value + "'";
-        if (value) hlxfree(value);
-    };
-    addFlag("auto", automatic);
-    addFlag("enabled", enabled);
-    addFlag("state", state);
-    addFlag("icon", icon);
-    addText("raw", raw);
-    addText("message", message);
-    addFlag("popup", popup);
-    addText("url", url);
-    addFlag("open", open);
-    addFlag("count", count);
-    for (std::uint32_t i = 0; addresses && i < count; ++i) text += " " + Address(addresses[i]);
+    const std::int32_t outstanding = g_mf_sem;
+    std::string result = std::to_string(
+        hlx_parseHealthResult(document.c_str(), &automatic, &enabled, &state, &icon, &raw, &message,
+                              &popup, &url, &open, &count, &addresses));
+
+    const char* const numberNames[] = {"auto", "enabled", "state", "icon", "popup", "open"};
+    for (int i = 0; i < 6; ++i)
+        if (numbers[i] != kUntouched)
+            result += std::string(" ") + numberNames[i] + "=" + std::to_string(numbers[i]);
+    const char* const textNames[] = {"raw", "message", "url"};
+    for (int i = 0; i < 3; ++i) {
+        if (!texts[i]) continue;
+        result += std::string(" ") + textNames[i] + "='" + texts[i] + "'";
+        hlxfree(texts[i]);
+    }
+    EXPECT_EQ(addresses != nullptr, count != kUntouched);
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(addresses);
+    for (std::uint32_t i = 0; addresses && i < 4 * count; ++i)
+        result += (i % 4 ? "." : " ") + std::to_string(bytes[i]);
     if (addresses) hlxfree(addresses);
-    EXPECT_EQ(g_mf_sem, before);
-    return text;
+    EXPECT_EQ(g_mf_sem, outstanding);
+    return result;
 }
 
 TEST(Reader, HandsOutTheWholeOfADocument) {
-    const std::string result =
+    const std::string span =
         "<HLXHealthResult version=\"1.0\">\n"
         "<AutoInstall>yes</AutoInstall>\n<Enabled>true</Enabled>\n"
         "<HealthState>medium</HealthState>\n<DisplayHealthIcon>true</DisplayHealthIcon>\n"
@@ -227,11 +198,13 @@ TEST(Reader, HandsOutTheWholeOfADocument) {
         "<Browser popup=\"false\" url=\"C:\\Agent\\howto.html\"/>\n"
         "<RestrictIP>10.0.0.1-10.0.0.254</RestrictIP>\n"
         "<RestrictIP>192.168.4.10 - 192.168.4.20</RestrictIP>\n</HLXHealthResult>";
-    EXPECT_EQ(Read("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n" + result + "\n"),
-              "0 auto=1 enabled=1 state=2 icon=1 raw='" + result +
-                  "' message='Please contact your administrator.' popup=1"
-                  " url='C:\\Agent\\howto.html' open=0"
-                  " count=4 10.0.0.1 10.0.0.254 192.168.4.10 192.168.4.20");
+    EXPECT_EQ(Read("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n" + span + "\n"),
+              "0 auto=1 enabled=1 state=2 icon=1 popup=1 open=0 raw='" + span +
+                  "' message='Please contact your administrator.' url='C:\\Agent\\howto.html'"
+                  " 10.0.0.1 10.0.0.254 192.168.4.10 192.168.4.20");
+    EXPECT_EQ(hlx_parseHealthResult(span.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr,
+                                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+              HLX_DONE);
 }
 
 TEST(Reader, TakesDocumentsOfEveryShape) {
@@ -249,18 +222,17 @@ TEST(Reader, TakesDocumentsOfEveryShape) {
          "0 enabled=0 icon=1"},
         {"<r><Message/></r>", "0 message=''"},
         {"<r><Message popup='no'>a</Message><Message popup='yes'>b</Message></r>",
-         "0 message='a' popup=0"},
+         "0 popup=0 message='a'"},
         {"<r><Browser popup='yes'>text<Message>in</Message></Browser></r>",
-         "0 message='in' open=1"},
+         "0 open=1 message='in'"},
         {"<Browser url=''/>", "0 url=''"},
-        {"<r><RestrictIP>10.1.1.1</RestrictIP></r>", "0 count=2 0.0.0.0 0.0.0.0"},
-        {"<r><RestrictIP>10.1.1.1-banana</RestrictIP></r>", "0 count=2 10.1.1.1 255.255.255.255"},
-        {"<r><RestrictIP>--1.2.3.4--5.6.7.8-9</RestrictIP></r>", "0 count=2 1.2.3.4 5.6.7.8"},
+        {"<r><RestrictIP>10.1.1.1</RestrictIP></r>", "0 0.0.0.0 0.0.0.0"},
+        {"<r><RestrictIP>10.1.1.1-banana</RestrictIP></r>", "0 10.1.1.1 255.255.255.255"},
+        {"<r><RestrictIP>--1.2.3.4--5.6.7.8-9</RestrictIP></r>", "0 1.2.3.4 5.6.7.8"},
         {"<r><RestrictIP/><RESTRICTIP>1.1.1.1-2.2.2.2</RESTRICTIP><x/><RestrictIP/></r>",
-         "0 count=4 0.0.0.0 0.0.0.0 1.1.1.1 2.2.2.2"},
+         "0 0.0.0.0 0.0.0.0 1.1.1.1 2.2.2.2"},
         {"<r><RESTRICTIP/></r>", "0"},
-        {"<r><RestrictIP>1.1.1.1-<b/>2.2.2.2</RestrictIP><RestrictIP/></r>",
-         "0 count=2 0.0.0.0 0.0.0.0"},
+        {"<r><RestrictIP>1.1.1.1-<b/>2.2.2.2</RestrictIP><RestrictIP/></r>", "0 0.0.0.0 0.0.0.0"},
         {"<HLXHealthResultSummary></HLXHealthResultSummary>", "0"},
         {"<r><HLXHealthResultX/><HLXHealthResult></HLXHealthResult></r>",
          "0 raw='<HLXHealthResultX/><HLXHealthResult></HLXHealthResult>'"},
@@ -269,18 +241,8 @@ TEST(Reader, TakesDocumentsOfEveryShape) {
         {"<r><Enabled>true</Enabled>", "8"},
         {"<r><Enabled>true</Enabled></r><r/>", "8"},
         {"<r>\xFF</r>", "8"},
-        {"\xFF\xFE<", "8"},
     };
     for (const auto& each : cases) EXPECT_EQ(Read(each.document), each.handedOut) << each.document;
-}
-
-TEST(Reader, TakesNullForWhatIsNotWanted) {
-    constexpr char kAll[] =
-        "<HLXHealthResult><Enabled>1</Enabled><Message popup='1'>m</Message>"
-        "<Browser popup='1' url='u'/><RestrictIP/></HLXHealthResult>";
-    EXPECT_EQ(hlx_parseHealthResult(kAll, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                    nullptr, nullptr, nullptr, nullptr, nullptr),
-              HLX_DONE);
 }
 
 TEST(Reader, OutlivesHostileDocuments) {
@@ -300,9 +262,6 @@ TEST(Reader, OutlivesHostileDocuments) {
         bomb += "'>";
     }
     EXPECT_EQ(Read(bomb + "]><b>&e11;</b>"), "8");
-
-    const std::string utf16("<\0r\0/\0>\0", 8);
-    EXPECT_EQ(Read(utf16), "8");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "hlxCommand.h"
 #include "hlxComposite.h"
 #include "hlxRecord.h"
+#include "loopback.h"
 
 namespace {
 
@@ -20,35 +22,15 @@ using Block = std::unique_ptr<std::uint8_t, decltype(&std::free)>;
 
 const std::uint8_t* B(const char* text) { return reinterpret_cast<const std::uint8_t*>(text); }
 
-// The daemon's end of the datagram transport.
 class DatagramReceiver : public testing::Test {
 protected:
-    DatagramReceiver() {
-        WSADATA data;
-        WSAStartup(0x0202, &data);
-        g_useTcp = 0;
-        m_socket = socket(AF_INET, SOCK_DGRAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(kHlxUdpPort);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
-            throw std::runtime_error("the daemon's port is taken");
-    }
-    ~DatagramReceiver() override {
-        closesocket(m_socket);
-        WSACleanup();
-        g_useTcp = -1;
-    }
+    DatagramReceiver() { g_useTcp = 0; }
+    ~DatagramReceiver() override { g_useTcp = -1; }
 
-    std::string Received() {
-        char buffer[2000];
-        const int size = recv(m_socket, buffer, int{sizeof buffer}, 0);
-        return size < 0 ? "nothing" : Hex(buffer, static_cast<std::size_t>(size));
-    }
+    std::string Received() { return ReceivedHex(m_daemon); }
 
 private:
-    SOCKET m_socket;
+    const Loopback m_daemon{SOCK_DGRAM, kHlxUdpPort};
 };
 
 TEST_F(DatagramReceiver, GetsTheFrameOfEachCommand) {
@@ -121,9 +103,9 @@ TEST(Composite, IsBuiltAsItIsReadBack) {
             &std::free);
         EXPECT_EQ(error, 0);
         EXPECT_EQ(Hex(message.get(), size), each.message);
-        std::uint32_t lengths[3];
-        const std::uint8_t* blobs[3];
         for (const bool checked : {false, true}) {
+            std::uint32_t lengths[3];
+            const std::uint8_t* blobs[3];
             const HlxResult result =
                 checked ? hlx_parseCompositeChecked(message.get(), size, &lengths[0], &blobs[0],
                                                     &lengths[1], &blobs[1], &lengths[2], &blobs[2])
@@ -144,11 +126,16 @@ TEST(Composite, RefusesWhatCannotBeBuilt) {
     EXPECT_EQ(hlx_buildComposite(1, B("a"), 1, B("b"), 0, nullptr, &size, nullptr), nullptr);
     EXPECT_EQ(hlx_buildComposite(1, B("a"), 1, B("b"), 0, nullptr, nullptr, &error), nullptr);
     EXPECT_EQ(error, 1);
-    EXPECT_EQ(hlx_buildComposite(1, nullptr, 1, B("b"), 0, nullptr, &size, &error), nullptr);
-    EXPECT_EQ(hlx_buildComposite(1, B("a"), 0, B("b"), 0, nullptr, &size, &error), nullptr);
-    EXPECT_EQ(hlx_buildComposite(1, B("a"), 1, B("b"), UINT32_MAX, nullptr, &size, &error),
-              nullptr);
-    EXPECT_EQ(error, 1);
+    const struct {
+        const std::uint8_t* blob1;
+        std::uint32_t length2, length3;
+    } cases[] = {{nullptr, 1, 0}, {B("a"), 0, 0}, {B("a"), 1, UINT32_MAX}};
+    for (const auto& [blob1, length2, length3] : cases) {
+        error = 77;
+        EXPECT_EQ(hlx_buildComposite(1, blob1, length2, B("b"), length3, nullptr, &size, &error),
+                  nullptr);
+        EXPECT_EQ(error, 1);
+    }
     EXPECT_EQ(hlx_parseComposite(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
               HLX_REFUSED);
 }
@@ -180,21 +167,25 @@ TEST(Composite, IsReadWithinItsSizeOnly) {
     }
 }
 
-struct Decoded {
+// Type, first number, two texts, second number, third text, third number, then the integers.
+std::string Decoded(const Bytes& record) {
     std::uint32_t type = 77, value1 = 77, value2 = 77, value3 = 77;
-    std::int32_t intCount = 77;
-    char* blobs[3];
+    std::int32_t count = 77;
+    char* texts[3];
     std::uint32_t* ints;
-};
-
-HlxResult Decode(const Bytes& record, std::uint32_t size, Decoded& to) {
-    return hlx_decodeRecord(record.data(), size, &to.type, &to.value1, &to.blobs[0], &to.blobs[1],
-                            &to.value2, &to.blobs[2], &to.value3, &to.intCount, &to.ints);
-}
-
-void Release(Decoded& decoded) {
-    for (char* blob : decoded.blobs) std::free(blob);
-    std::free(decoded.ints);
+    if (hlx_decodeRecord(record.data(), static_cast<std::uint32_t>(record.size()), &type, &value1,
+                         &texts[0], &texts[1], &value2, &texts[2], &value3, &count,
+                         &ints) != HLX_DONE)
+        return "refused";
+    const auto text = [&](int i) { return texts[i] ? texts[i] : "-"; };
+    char line[200];
+    std::snprintf(line, sizeof line, "%u %u %s %s %u %s %u (%d)", type, value1, text(0), text(1),
+                  value2, text(2), value3, count);
+    std::string result = line;
+    for (std::int32_t i = 0; ints && i < count; ++i) result += " " + std::to_string(ints[i]);
+    for (char* each : texts) std::free(each);
+    std::free(ints);
+    return result;
 }
 
 TEST(Record, IsEncodedAsItIsDecodedBack) {
@@ -203,19 +194,23 @@ TEST(Record, IsEncodedAsItIsDecodedBack) {
         const char *a, *b, *c;
         std::int32_t intCount;
         const char* record;
+        const char* decoded;
     } cases[] = {
-        {0, "ignored", "", "", 0, "00 04 05 00"},
+        {0, "ignored", "", "", 0, "00 04 05 00", "0 77 - - 77 - 77 (77)"},
         {1, "", "", "", 0,
          "00 27 05 01 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00 02 00 00 00 00 00 00 00 03 "
-         "00 00 00 00 00 00 00 00 00 00 00"},
-        {9, "ab", "", "c", 1,
-         "00 2E 05 09 00 00 00 01 00 00 00 02 00 00 00 00 00 00 00 02 00 00 00 01 00 00 00 03 "
-         "00 00 00 01 89 AB CD EF 61 62 00 63 00 00 00 00 00 00"},
+         "00 00 00 00 00 00 00 00 00 00 00",
+         "1 1 - - 2 - 3 (0)"},
+        {9, "ab", "", "c", 2,
+         "00 32 05 09 00 00 00 01 00 00 00 02 00 00 00 00 00 00 00 02 00 00 00 01 00 00 00 03 "
+         "00 00 00 02 89 AB CD EF 00 00 00 07 61 62 00 63 00 00 00 00 00 00",
+         "9 1 ab - 2 c 3 (2) 2309737967 7"},
         {255, "a", "b", "c", 0,
          "00 2A 05 FF 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 03 "
-         "00 00 00 00 61 00 62 00 63 00 00 00 00 00"},
+         "00 00 00 00 61 00 62 00 63 00 00 00 00 00",
+         "255 1 a b 2 c 3 (0)"},
     };
-    const std::uint32_t ints[] = {0x89ABCDEF};
+    const std::uint32_t ints[] = {0x89ABCDEF, 7};
     const auto length = [](const char* text) { return static_cast<std::uint32_t>(strlen(text)); };
     for (const auto& each : cases) {
         std::uint32_t size = 0;
@@ -226,27 +221,7 @@ TEST(Record, IsEncodedAsItIsDecodedBack) {
             &std::free);
         EXPECT_EQ(error, 0u);
         EXPECT_EQ(Hex(record.get(), size), each.record);
-
-        const Bytes bytes(record.get(), record.get() + size);
-        Decoded decoded;
-        ASSERT_EQ(Decode(bytes, size, decoded), HLX_DONE);
-        EXPECT_EQ(decoded.type, static_cast<std::uint32_t>(each.type));
-        if (each.type == 0) {
-            EXPECT_EQ(decoded.value1, 77u) << "the numbers are left alone";
-            EXPECT_EQ(decoded.blobs[0], nullptr);
-            continue;
-        }
-        EXPECT_EQ(decoded.value1 * 100 + decoded.value2 * 10 + decoded.value3, 123u);
-        const char* const texts[] = {each.a, each.b, each.c};
-        for (int i = 0; i < 3; ++i) {
-            if (*texts[i])
-                EXPECT_STREQ(decoded.blobs[i], texts[i]);
-            else
-                EXPECT_EQ(decoded.blobs[i], nullptr);
-        }
-        EXPECT_EQ(decoded.intCount, each.intCount);
-        EXPECT_EQ(decoded.ints ? decoded.ints[0] : 0, each.intCount ? ints[0] : 0);
-        Release(decoded);
+        EXPECT_EQ(Decoded({record.get(), record.get() + size}), each.decoded);
     }
 }
 
@@ -258,27 +233,27 @@ TEST(Record, RefusesWhatTheFormatCannotHold) {
         std::uint32_t length;
         const std::uint8_t* blob;
         std::int32_t intCount;
-        std::uint32_t* size;
-        bool isMade;
+        std::uint32_t* size = nullptr;
+        std::uint32_t error = 1;
     } cases[] = {
-        {1, kHlxLongestRecord - 39, bytes.data(), 0, &size, true},
-        {1, kHlxLongestRecord - 38, bytes.data(), 0, &size, false},
-        {1, UINT32_MAX, bytes.data(), 0, &size, false},
-        {1, 1, nullptr, 0, &size, false},
-        {0, 1, nullptr, 0, &size, false},
-        {1, 0, nullptr, 1, &size, false},
-        {1, 0, nullptr, -1, &size, false},
-        {1, 0, nullptr, 0, nullptr, false},
-        {256, 0, nullptr, 0, &size, false},
-        {-1, 0, nullptr, 0, &size, false},
+        {1, kHlxLongestRecord - 39, bytes.data(), 0, &size, 0},
+        {1, kHlxLongestRecord - 38, bytes.data(), 0, &size},
+        {1, UINT32_MAX, bytes.data(), 0, &size},
+        {1, 1, nullptr, 0, &size},
+        {0, 1, nullptr, 0, &size},
+        {1, 0, nullptr, 1, &size},
+        {1, 0, nullptr, -1, &size},
+        {1, 0, nullptr, 0},
+        {256, 0, nullptr, 0, &size},
+        {-1, 0, nullptr, 0, &size},
     };
     for (const auto& each : cases) {
         std::uint32_t error = 77;
         const Block record(hlx_encodeRecord(each.type, 1, each.length, each.blob, 0, nullptr, 2, 0,
                                             nullptr, 3, each.intCount, nullptr, each.size, &error),
                            &std::free);
-        EXPECT_EQ(record != nullptr, each.isMade) << each.type << " " << each.length;
-        EXPECT_EQ(error, each.isMade ? 0u : 1u);
+        EXPECT_EQ(error, each.error) << each.type << " " << each.length;
+        EXPECT_EQ(record == nullptr, each.error != 0);
     }
 }
 
@@ -292,20 +267,20 @@ TEST(Record, IsDecodedWithinItsSizeOnly) {
         {11, 7, 39}, {11, 255, 39},  {8, 255, 39}, {15, 7, 39}, {23, 8, 39}, {20, 128, 39},
         {31, 2, 39}, {28, 0x80, 39}, {28, 64, 39}, {1, 31, 31}, {1, 5, 5},   {1, 3, 3},
     };
-    Bytes sound(39);
-    sound[1] = 39, sound[2] = 5, sound[3] = 1;
-    Decoded decoded;
-    ASSERT_EQ(Decode(sound, 39, decoded), HLX_DONE);
+    const Bytes sound = [] {
+        Bytes record = {0, 39, 5, 1};
+        record.resize(39);
+        return record;
+    }();
+    EXPECT_EQ(Decoded(sound), "1 0 - - 0 - 0 (0)");
     for (const auto& each : cases) {
         Bytes record(sound);
         record[each.offset] = each.value;
         record.resize(each.size);
         record.shrink_to_fit();
-        EXPECT_EQ(Decode(record, each.size, decoded), HLX_REFUSED) << each.offset;
+        EXPECT_EQ(Decoded(record), "refused") << each.offset << " " << int{each.value};
     }
-    EXPECT_EQ(hlx_decodeRecord(nullptr, 39, &decoded.type, &decoded.value1, nullptr, nullptr,
-                               &decoded.value2, nullptr, &decoded.value3, nullptr, nullptr),
-              HLX_REFUSED);
+    EXPECT_EQ(Decoded({}), "refused");
 }
 
 }  // namespace

@@ -8,91 +8,63 @@
 #include <filesystem>
 #include <string>
 
-#include "hlxLog.h"
 #include "hlxSwCache.h"
-#include "temp_path.h"
+#include "scoped_log.h"
 
 namespace {
 
 constexpr std::uintmax_t kRotationSize = 209'715'200;
 
-// A context with a file sink, or without one.
-class Log {
-public:
-    explicit Log(const TempPath* path = nullptr, std::uint32_t flags = 0,
-                 const char* progname = nullptr) {
-        EXPECT_EQ(hlx_logCreate(&m_context, progname, 0, flags), HLX_DONE);
-        if (!path) return;
-        EXPECT_EQ(hlx_logAddSink(m_context, HLX_SINK_FILE, path->c_str()), HLX_DONE);
-    }
-    ~Log() {
-        hlx_logSetDefault(nullptr);
-        hlx_logDestroy(m_context);
-    }
-    operator HlxLogContext*() { return m_context; }
-
-private:
-    HlxLogContext* m_context = nullptr;
-};
+void Grow(const TempPath& path, std::uintmax_t size) {
+    std::filesystem::resize_file(path.c_str(), size);
+}
 
 TEST(Log, PassesByLevelAndMask) {
     const struct {
         std::int32_t contextLevel;
         std::int32_t level;
         std::uint32_t mask;
-        bool passes;
+        std::uint32_t lines;
     } cases[] = {
-        {1, 1, 0x10, true}, {1, 2, 0x10, false},      {1, 1, 0x08, false},  {1, 1, 0x18, true},
-        {0, 0, 0x10, true}, {0, INT_MIN, 0x10, true}, {-1, 0, 0x10, false}, {7, 7, 0, false},
+        {1, 1, 0x10, 1}, {1, 2, 0x10, 0},       {1, 1, 0x08, 0},  {1, 1, 0x18, 1},
+        {0, 0, 0x10, 1}, {0, INT_MIN, 0x10, 1}, {-1, 0, 0x10, 0}, {7, 7, 0, 0},
     };
     for (const auto& each : cases) {
-        Log log;
+        ScopedLog log;
         hlx_logSetLevel(log, each.contextLevel);
         hlx_log(log, each.level, each.mask, "text");
-        EXPECT_EQ(static_cast<HlxLogContext*>(log)->line_count, each.passes ? 1u : 0u)
-            << each.contextLevel << " " << each.level << " " << each.mask;
+        EXPECT_EQ(log->line_count, each.lines) << each.contextLevel << " " << each.level;
     }
     hlx_log(nullptr, 0, UINT32_MAX, "nobody");
     hlx_logSetLevel(nullptr, 1);
     hlx_logSetMask(nullptr, 1);
     EXPECT_EQ(hlx_logGetLevel(nullptr), 0);
     EXPECT_EQ(hlx_logGetMask(nullptr), 0u);
-    EXPECT_EQ(hlx_logGetDefault(), nullptr);
 }
 
-TEST(Log, BeginsALineWithWhatWasAskedFor) {
-    const std::string pid = std::to_string(GetCurrentProcessId());
+TEST(Log, BeginsALineWithWhatWasAskedForAndCutsItAtItsLongest) {
+    const std::string longText(1000, 'x');
     const struct {
         std::uint32_t flags;
         const char* progname;
+        std::string text;
         std::string lines;
     } cases[] = {
-        {0, "vh_tray", "a 1\na 2\n"},
-        {HLX_LOG_PROGNAME, "vh_tray", "vh_tray a 1\nvh_tray a 2\n"},
-        {HLX_LOG_PROGNAME, "", "progname_not_set a 1\nprogname_not_set a 2\n"},
-        {HLX_LOG_PROGNAME | HLX_LOG_PID, "vh", "vh[" + pid + "] a 1\nvh[" + pid + "] a 2\n"},
-        {HLX_LOG_LINE_NUMBER, nullptr, "     0 a 1\n     1 a 2\n"},
+        {0, "vh_tray", "a", "a 1\na 2\n"},
+        {HLX_LOG_PROGNAME, "", "a", "progname_not_set a 1\nprogname_not_set a 2\n"},
+        {HLX_LOG_LINE_NUMBER, nullptr, "a", "     0 a 1\n     1 a 2\n"},
+        {HLX_LOG_PROGNAME, "p", longText.substr(0, 508),
+         "p " + longText.substr(0, 508) + " \np " + longText.substr(0, 508) + " \n"},
+        {HLX_LOG_PROGNAME | HLX_LOG_PID, longText.c_str(), "a",
+         longText.substr(0, 511) + "\n" + longText.substr(0, 511) + "\n"},
     };
     for (const auto& each : cases) {
         const TempPath path("lines");
-        Log log(&path, each.flags, each.progname);
-        hlx_log(log, 1, HLX_AREA_INTEGRITY, "a %d", 1);
-        hlx_log(log, 1, HLX_AREA_INTEGRITY, "a %d", 2);
+        ScopedLog log(&path, each.flags, each.progname);
+        for (int i = 1; i <= 2; ++i)
+            hlx_log(log, 1, HLX_AREA_INTEGRITY, "%s %d", each.text.c_str(), i);
         EXPECT_EQ(path.Text(), each.lines);
     }
-}
-
-TEST(Log, CutsALineAtItsLongest) {
-    const std::string longText(1000, 'x');
-    const TempPath path("cut");
-    {
-        Log log(&path, HLX_LOG_PROGNAME, "p");
-        hlx_log(log, 1, HLX_AREA_INTEGRITY, "%s", longText.c_str());
-    }
-    EXPECT_EQ(path.Text(), "p " + longText.substr(0, 509) + "\n");
-    Log prefixed(&path, HLX_LOG_PROGNAME | HLX_LOG_TRUNCATE | HLX_LOG_PID, longText.c_str());
-    hlx_log(prefixed, 1, HLX_AREA_INTEGRITY, "text");
-    EXPECT_EQ(path.Text(), longText.substr(0, 511) + "\n");
 }
 
 TEST(Log, HasThreeSlotsAtLeast) {
@@ -111,8 +83,9 @@ TEST(Log, HasThreeSlotsAtLeast) {
     }
     HlxLogContext bare{};
     EXPECT_EQ(hlx_logAddSink(&bare, HLX_SINK_CONSOLE, nullptr), HLX_NO_SLOTS);
-    EXPECT_EQ(hlx_logAddSink(nullptr, HLX_SINK_CONSOLE, nullptr), HLX_REFUSED);
     EXPECT_EQ(hlx_logRotate(&bare, "x"), 0);
+    EXPECT_EQ(hlx_logAddSink(nullptr, HLX_SINK_CONSOLE, nullptr), HLX_REFUSED);
+    EXPECT_EQ(hlx_logRotate(nullptr, "x"), 0);
     hlx_logDestroy(nullptr);
 }
 
@@ -122,7 +95,7 @@ TEST(Log, WritesToTheStandardStreamsAndTheEventLog) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     {
-        Log log(nullptr, 0, "hlx_log_test");
+        ScopedLog log(nullptr, 0, "hlx_log_test");
         EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_CONSOLE, &one), HLX_DONE);
         EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_CONSOLE, &zero), HLX_DONE);
         EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr), HLX_DONE);
@@ -139,41 +112,34 @@ TEST(Rotation, ComesAtOpeningFromTheLimitOn) {
         const TempPath older("opened.rotate");
         path.Write("old");
         older.Write("older");
-        std::filesystem::resize_file(path.c_str(), size);
-        Log log(&path);
+        Grow(path, size);
+        ScopedLog log(&path);
         hlx_log(log, 1, HLX_AREA_INTEGRITY, "new");
-        if (size < kRotationSize) {
-            EXPECT_EQ(older.Text(), "older");
-        } else {
-            EXPECT_EQ(path.Text(), "new\n");
-            EXPECT_EQ(std::filesystem::file_size(older.c_str()), size);
-        }
+        const bool rotates = size == kRotationSize;
+        EXPECT_EQ(std::filesystem::file_size(older.c_str()), rotates ? size : 5);
+        EXPECT_EQ(std::filesystem::file_size(path.c_str()), rotates ? 4 : size + 4);
     }
 }
 
 TEST(Rotation, OfARunningLogComesBeyondTheLimit) {
     const TempPath path("running");
     const TempPath older("running.rotate");
-    Log log(&path, HLX_LOG_TRUNCATE);
-    std::filesystem::resize_file(path.c_str(), kRotationSize);
+    ScopedLog log(&path, HLX_LOG_TRUNCATE);
+    Grow(path, kRotationSize);
     EXPECT_EQ(hlx_logRotate(log, path.c_str()), 0);
-    std::filesystem::resize_file(path.c_str(), kRotationSize + 1);
+    Grow(path, kRotationSize + 1);
     EXPECT_EQ(hlx_logRotate(log, path.c_str()), 1);
     EXPECT_EQ(std::filesystem::file_size(older.c_str()), kRotationSize + 1);
     hlx_log(log, 1, HLX_AREA_INTEGRITY, "new");
     EXPECT_EQ(path.Text(), "new\n");
     EXPECT_EQ(hlx_logRotate(log, path.c_str()), 0);
-    EXPECT_EQ(hlx_logRotate(nullptr, path.c_str()), 0);
-}
 
-TEST(Rotation, ThatCannotOpenAfreshFreesItsSlot) {
-    const TempPath path("lost");
-    Log log(&path);
-    std::filesystem::resize_file(path.c_str(), kRotationSize + 1);
+    Grow(path, kRotationSize + 1);
     EXPECT_EQ(hlx_logRotate(log, "no/such/folder/log"), 1);
     hlx_log(log, 1, HLX_AREA_INTEGRITY, "nowhere");
     EXPECT_EQ(std::filesystem::file_size(path.c_str()), kRotationSize + 1);
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_CONSOLE, nullptr), HLX_DONE);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_CONSOLE, nullptr), HLX_DONE) << "no slot is lost";
 }
 
 void SetVariable(const std::string& name, const char* value) {
@@ -186,28 +152,28 @@ void SetVariable(const std::string& name, const char* value) {
 
 TEST(Environment, SetsWhatIsNotEmpty) {
     const struct {
+        const char* prefix;
         const char *level, *mask;
         std::int32_t readLevel;
         std::uint32_t readMask;
     } cases[] = {
-        {"", "", 3, 0x30},     {"5", "0x200", 5, 0x200},
-        {"0x10", "010", 7, 8}, {"012", "4294967295", 7, UINT32_MAX},
-        {"none", "x", 0, 0},   {"-1", "99999999999999999999", 7, UINT32_MAX},
+        {nullptr, "", "", 3, 0x30},     {"", "5", "0x200", 5, 0x200},
+        {"OTHER", "0x10", "010", 7, 8}, {"OTHER", "012", "4294967295", 7, UINT32_MAX},
+        {"OTHER", "none", "x", 0, 0},   {"OTHER", "-1", "99999999999999999999", 7, UINT32_MAX},
     };
-    for (const char* prefix : {"HLX_DAEMON", "OTHER"}) {
-        for (const auto& each : cases) {
-            SetVariable(prefix + std::string("_TRACE_LEVEL"), each.level);
-            SetVariable(prefix + std::string("_TRACE_MASK"), each.mask);
-            SetVariable(prefix + std::string("_TRACE_PATH"), each.level);
-            std::int32_t level = 3;
-            std::uint32_t mask = 0x30;
-            std::string path = "kept";
-            hlx_logReadEnv(*prefix == 'H' ? "" : prefix, &level, &mask, path);
-            EXPECT_EQ(level, each.readLevel);
-            EXPECT_EQ(mask, each.readMask);
-            EXPECT_EQ(path, *each.level ? each.level : "kept");
-            hlx_logReadEnv(*prefix == 'H' ? nullptr : prefix, nullptr, nullptr, path);
-        }
+    for (const auto& each : cases) {
+        const std::string name = each.prefix && *each.prefix ? each.prefix : "HLX_DAEMON";
+        SetVariable(name + "_TRACE_LEVEL", each.level);
+        SetVariable(name + "_TRACE_MASK", each.mask);
+        SetVariable(name + "_TRACE_PATH", each.level);
+        std::int32_t level = 3;
+        std::uint32_t mask = 0x30;
+        std::string path = "kept";
+        hlx_logReadEnv(each.prefix, &level, &mask, path);
+        hlx_logReadEnv(each.prefix, nullptr, nullptr, path);
+        EXPECT_EQ(level, each.readLevel) << each.level;
+        EXPECT_EQ(mask, each.readMask) << each.mask;
+        EXPECT_EQ(path, *each.level ? each.level : "kept");
     }
 }
 
@@ -248,7 +214,7 @@ TEST(SwCache, IsWrittenInPlaceOfAnOlderAndRemoved) {
     EXPECT_EQ(hlx_removeSwCache(path.c_str()), HLX_DONE);
 
     const TempPath logged("logged");
-    Log log(&logged);
+    ScopedLog log(&logged);
     hlx_logSetMask(log, HLX_AREA_SWCACHE);
     hlx_logSetDefault(log);
     char field[8];

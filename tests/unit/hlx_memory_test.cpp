@@ -88,6 +88,8 @@ int FailEachAllocation(const std::function<bool()>& operation) {
     }
 }
 
+const auto* const kBlob = reinterpret_cast<const std::uint8_t*>("blob");
+
 TEST(Memory, RunsOutInTheHealthReader) {
     ASSERT_NE(hlx_expatFunctions(), nullptr);
     EXPECT_THROW(throw std::bad_alloc(), std::bad_alloc) << "what the runtime keeps for throwing";
@@ -96,19 +98,20 @@ TEST(Memory, RunsOutInTheHealthReader) {
         "long enough for the heap</Message><Browser url='a'/><RestrictIP>1.1.1.1-2.2.2.2"
         "</RestrictIP></HLXHealthResult>";
     FailEachAllocation([&] {
-        std::uint32_t popup = 0;
+        std::uint32_t number = 0;
         char* texts[3] = {};
         std::uint32_t* ranges = nullptr;
         const HlxResult result =
-            hlx_parseHealthResult(kDocument, &popup, &popup, &popup, &popup, &texts[0], &texts[1],
-                                  &popup, &texts[2], &popup, &popup, &ranges);
+            hlx_parseHealthResult(kDocument, &number, &number, &number, &number, &texts[0],
+                                  &texts[1], &number, &texts[2], &number, &number, &ranges);
         EXPECT_TRUE(result == HLX_DONE || result == HLX_NO_MEMORY || result == HLX_NOT_PARSED ||
                     result == HLX_EXCEPTION);
-        const bool gotAll =
-            result == HLX_DONE && texts[0] && texts[1] && texts[2] && ranges && ranges[1];
-        for (void* block : {static_cast<void*>(texts[0]), static_cast<void*>(texts[1]),
-                            static_cast<void*>(texts[2]), static_cast<void*>(ranges)})
-            if (block) hlxfree(block);
+        bool gotAll = result == HLX_DONE && ranges && ranges[1];
+        if (ranges) hlxfree(ranges);
+        for (char* text : texts) {
+            gotAll = gotAll && text;
+            if (text) hlxfree(text);
+        }
         return gotAll;
     });
     hlx_unloadExpat();
@@ -116,20 +119,17 @@ TEST(Memory, RunsOutInTheHealthReader) {
 
 TEST(Memory, RunsOutInTheRecords) {
     const std::uint32_t ints[] = {1, 2};
-    const auto* const blob = reinterpret_cast<const std::uint8_t*>("blob");
     std::uint32_t size = 0;
     std::uint32_t error = 0;
-    const auto encode = [&] {
-        return hlx_encodeRecord(1, 0, 4, blob, 4, blob, 0, 4, blob, 0, 2, ints, &size, &error);
-    };
-    std::uint8_t* const record = encode();
-    ASSERT_NE(record, nullptr);
+    std::uint8_t* record = nullptr;
     EXPECT_EQ(FailEachAllocation([&] {
-                  std::uint8_t* const again = encode();
-                  std::free(again);
-                  return again && error == 0;
+                  std::uint8_t* const last = hlx_encodeRecord(1, 0, 4, kBlob, 4, kBlob, 0, 4, kBlob,
+                                                              0, 2, ints, &size, &error);
+                  std::free(last);
+                  return last && error == 0;
               }),
               1);
+    record = hlx_encodeRecord(1, 0, 4, kBlob, 4, kBlob, 0, 4, kBlob, 0, 2, ints, &size, &error);
     EXPECT_EQ(FailEachAllocation([&] {
                   std::uint32_t type, number;
                   std::int32_t count;
@@ -148,12 +148,11 @@ TEST(Memory, RunsOutInTheRecords) {
 }
 
 TEST(Memory, RunsOutInTheCommandChannel) {
-    const auto* const blob = reinterpret_cast<const std::uint8_t*>("blob");
-    EXPECT_EQ(FailEachAllocation([&] {
+    EXPECT_EQ(FailEachAllocation([] {
                   std::uint32_t size = 0;
                   std::int32_t error = 0;
                   std::uint8_t* const message =
-                      hlx_buildComposite(4, blob, 4, blob, 4, blob, &size, &error);
+                      hlx_buildComposite(4, kBlob, 4, kBlob, 4, kBlob, &size, &error);
                   EXPECT_EQ(error, message ? 0 : 1);
                   std::free(message);
                   return message != nullptr;
@@ -161,25 +160,21 @@ TEST(Memory, RunsOutInTheCommandChannel) {
               1);
     g_watch.callsLeft = 1;
     g_watch.isArmed = true;
-    const HlxResult result = hlx_sendCommandTcp(kHlxTcpPort, 1, blob, 4, nullptr);
+    const HlxResult result = hlx_sendCommandTcp(kHlxTcpPort, 1, kBlob, 4, nullptr);
     g_watch.isArmed = false;
     EXPECT_EQ(result, HLX_NO_MEMORY);
 }
 
-TEST(Memory, RunsOutInTheLog) {
+TEST(Memory, RunsOutInTheLogAndTheAllocator) {
     const TempPath path("memory");
-    const char* const file = path.c_str();
     FailEachAllocation([&] {
         HlxLogContext* log = nullptr;
         if (hlx_logCreate(&log, "program", 0, 0) != HLX_DONE) return false;
         const HlxResult console = hlx_logAddSink(log, HLX_SINK_CONSOLE, nullptr);
-        const HlxResult opened = hlx_logAddSink(log, HLX_SINK_FILE, file);
+        const HlxResult opened = hlx_logAddSink(log, HLX_SINK_FILE, path.c_str());
         hlx_logDestroy(log);
         return console == HLX_DONE && opened == HLX_DONE;
     });
-}
-
-TEST(Memory, RunsOutInTheAllocator) {
     const std::uint32_t failed = g_mf_failed_malloc;
     EXPECT_EQ(FailEachAllocation([] {
                   char* const copy = hlxstrdup("text");

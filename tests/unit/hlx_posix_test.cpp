@@ -2,24 +2,22 @@
 // second that a TCP frame waits, sockets and libraries that fail on order, the settings in a
 // registry of the test's own, and guards that end the process.
 
-#include <gtest/gtest.h>
 #include <winsock2.h>
+#include <gtest/gtest.h>
 #include <windows.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <thread>
 
-#include "hex.h"
 #include "hlxAgentKey.h"
 #include "hlxCommand.h"
-#include "hlxLog.h"
 #include "hlxParseConf.h"
+#include "loopback.h"
 #include "machine/clock.h"
 #include "machine/faults.h"
 #include "machine/waits.h"
-#include "temp_path.h"
+#include "scoped_log.h"
 
 using machine::Clock;
 using namespace std::chrono_literals;
@@ -59,12 +57,10 @@ private:
 
 TEST_F(Machine, WritesALineWithAllItsOptions) {
     const TempPath path("held");
-    HlxLogContext* log = nullptr;
-    hlx_logCreate(
-        &log, "vh_tray", 0,
-        HLX_LOG_DATE | HLX_LOG_TIME | HLX_LOG_LINE_NUMBER | HLX_LOG_PROGNAME | HLX_LOG_PID);
+    ScopedLog log(
+        &path, HLX_LOG_DATE | HLX_LOG_TIME | HLX_LOG_LINE_NUMBER | HLX_LOG_PROGNAME | HLX_LOG_PID,
+        "vh_tray");
     log->pid = 4412;
-    hlx_logAddSink(log, HLX_SINK_FILE, path.c_str());
     hlx_logSetLevel(log, 6);
     hlx_logSetMask(log, HLX_AREA_XML | HLX_AREA_XML_OTHER | HLX_AREA_INTEGRITY);
     hlx_log(log, 1, HLX_AREA_INTEGRITY, "message text");
@@ -74,8 +70,6 @@ TEST_F(Machine, WritesALineWithAllItsOptions) {
     ASSERT_TRUE(tree.Create("UTF-8", nullptr));
     Clock::Advance(52s);
     EXPECT_TRUE(tree.Parse("<a b='1'> x<!--c--><?p i?></a>", -1, true));
-    hlx_logSetDefault(nullptr);
-    hlx_logDestroy(log);
     EXPECT_EQ(
         path.Text(),
         "vh_tray[4412]      0 2026-11-18 06:15:08 message text\n"
@@ -90,17 +84,8 @@ TEST_F(Machine, WritesALineWithAllItsOptions) {
 TEST_F(Machine, SendsByTcpAndWaitsASecondBeforeTheEnd) {
     const DWORD yes = 1;
     SetAgentValue("UseTCP", REG_DWORD, &yes, sizeof yes);
-    const SOCKET listener = socket(AF_INET, SOCK_STREAM, 0);
-    const int reuse = 1;
-    setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, reinterpret_cast<const char*>(&reuse),
-               sizeof reuse);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(kHlxTcpPort);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const Loopback listener(SOCK_STREAM, kHlxTcpPort);
     ASSERT_EQ(listen(listener, 1), 0);
-
     std::int32_t error = 77;
     HlxResult result = HLX_EXCEPTION;
     machine::ThreadMark mark;
@@ -111,24 +96,19 @@ TEST_F(Machine, SendsByTcpAndWaitsASecondBeforeTheEnd) {
         mark.Leave();
     });
     const SOCKET connection = accept(listener, nullptr, nullptr);
-    char buffer[100];
-    const int size = recv(connection, buffer, int{sizeof buffer}, 0);
-    EXPECT_EQ(Hex(buffer, static_cast<std::size_t>(std::max(size, 0))),
-              "00 00 00 0A 00 00 00 03 68 69 00");
+    EXPECT_EQ(ReceivedHex(connection), "00 00 00 0A 00 00 00 03 68 69 00");
     {
         machine::WorldLock lock = machine::LockWorld();
         machine::Settle(lock);
     }
     Clock::Advance(999ms);
-    EXPECT_EQ(recv(connection, buffer, int{sizeof buffer}, MSG_DONTWAIT), SOCKET_ERROR);
+    EXPECT_EQ(ReceivedHex(connection, MSG_DONTWAIT), "nothing");
     Clock::Advance(1ms);
-    EXPECT_EQ(recv(connection, buffer, int{sizeof buffer}, 0), 0);
+    EXPECT_EQ(ReceivedHex(connection), "end");
     sender.join();
     EXPECT_EQ(result, HLX_DONE);
     EXPECT_EQ(error, 0);
     closesocket(connection);
-    closesocket(listener);
-    EXPECT_EQ(hlx_requestReassess(), WSAECONNREFUSED) << "nobody listens any more";
 }
 
 TEST_F(Machine, TakesTheTransportFromTheKeyOnceItOpens) {
@@ -163,10 +143,8 @@ TEST_F(Machine, RepeatsADatagramThatWouldBlockButNotForEver) {
     EXPECT_EQ(send(error), HLX_SOCKET_FAILED);
     EXPECT_EQ(error, WSAEMFILE);
     machine::FailNext("RegisterEventSourceA", 1, 5);
-    HlxLogContext* log = nullptr;
-    hlx_logCreate(&log, "p", 0, 0);
+    ScopedLog log(nullptr, 0, "p");
     EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr), HLX_NOT_OPENED);
-    hlx_logDestroy(log);
 }
 
 TEST_F(Machine, FindsTheParserInTheAgentsDirectoryOrDoesWithout) {
