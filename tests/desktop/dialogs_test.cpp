@@ -323,6 +323,47 @@ TEST_F(InstalledUpdates, WithoutTheRightToShutDownNoRebootIsOffered) {
     desktop::CloseWindow();
 }
 
+// Writes values of every size and type, and names of any bytes, into the key.
+void WriteAnything(const char* key) {
+    std::string everyByte;
+    for (int byte = 1; byte < 256; ++byte) everyByte += static_cast<char>(byte);
+    for (std::size_t size = 0; size <= 64; ++size)
+        Story::WriteValue(key, "size " + std::to_string(size), static_cast<DWORD>(size % 12),
+                          std::string(size, static_cast<char>(0x80 + size)));
+    for (const std::string& name : {std::string(), everyByte, std::string(9000, 'n')})
+        Story::WriteValue(key, name, REG_BINARY, std::string(12, '\xFF'));
+}
+
+TEST_F(InstalledUpdates, NoValueHarmsAReader) {
+    InstallProduct("Agent", "1");
+    StartWith({});
+    WriteAnything(kInstallResultsKey);
+    WriteAnything(kDownloadResultsKey);
+    Report(kInstallResultsKey, "good", 0);
+    Report(kDownloadResultsKey, "good", kFailed);
+    ASSERT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_INSTALLED, TRAY_ID_DOWNLOADS));
+    for (const UINT icon : {TRAY_ID_INSTALLED, TRAY_ID_DOWNLOADS}) {
+        ASSERT_TRUE(desktop::DoubleClick(icon));
+        for (const int column : {0, 1, 2}) desktop::ClickHeader(column);
+        EXPECT_FALSE(FrontRows().empty());
+        ASSERT_TRUE(desktop::CloseWindow());
+    }
+    // A key that goes while it is being read.
+    Report(kDownloadResultsKey, "again", kFailed);
+    machine::FailNext("RegQueryValueExA", machine::kEveryCall, ERROR_KEY_DELETED);
+    ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_DOWNLOADS));
+    EXPECT_TRUE(FrontRows().empty());
+    desktop::CloseWindow();
+    machine::ClearFaults();
+    ASSERT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, kDownloadResultsKey), ERROR_SUCCESS);
+    desktop::Advance(2s);
+    Report(kDownloadResultsKey, "anew", kFailed);
+    desktop::Advance(2s);
+    Report(kDownloadResultsKey, "and seen", kFailed);
+    EXPECT_EQ(Tip(TRAY_ID_DOWNLOADS),
+              "Error downloading one or more Tessara Link software update files.");
+}
+
 TEST_F(Dialogs, TenThousandRowsSortAtOnceAndLeaveNothingBehind) {
     constexpr int kRows = 10'000;
     for (int i = 0; i < kRows; ++i)
@@ -343,11 +384,13 @@ TEST_F(Dialogs, TenThousandRowsSortAtOnceAndLeaveNothingBehind) {
     };
     openAndClose();
     const auto before = inUse();
-    EXPECT_LT(openAndClose(), 500ms);
+    const auto span = openAndClose();
+    const auto after = inUse();
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    EXPECT_NEAR(static_cast<double>(inUse()), static_cast<double>(before), 64 * 1024);
+    EXPECT_LT(span, 500ms);
+    EXPECT_NEAR(static_cast<double>(after), static_cast<double>(before), 64 * 1024);
 #else
-    (void)before;
+    (void)span, (void)before, (void)after;  // a sanitizer has costs of its own
 #endif
 }
 

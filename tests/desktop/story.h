@@ -43,6 +43,11 @@ struct HealthDocument {
 };
 
 class Story : public testing::Test {
+public:
+    // A value of the registry, as the agent writes it.
+    static void WriteValue(const char* key, const std::string& name, DWORD type,
+                           const std::string& data);
+
 protected:
     Story();
     ~Story() override;
@@ -63,8 +68,6 @@ protected:
     // Writes a record that is `age` old; nothing: without a time.
     static void Report(const char* key, const std::string& name, DWORD result,
                        std::optional<std::chrono::seconds> age = 0s);
-    static void WriteValue(const char* key, const std::string& name, DWORD type,
-                           const std::string& data);
     static void WriteText(const char* key, const char* name, const std::string& text);
     // The frames that have come since the last call, in hexadecimal.
     std::vector<std::string> Frames() const;
