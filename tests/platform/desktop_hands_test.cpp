@@ -1,6 +1,5 @@
 // What the hands of the simulated desktop do on a program whose dialogs, boxes and menus nest: each
-// reaches what lies in front, says so when there is nothing, and a log-off ends everything; and the
-// shell's rules about icons.
+// reaches what lies in front, says so when there is nothing, and a log-off ends everything.
 #include <windows.h>
 #include <shellapi.h>
 
@@ -22,16 +21,6 @@ namespace {
 constexpr UINT kCallback = WM_APP + 7;
 constexpr UINT kIcon = 9;
 constexpr HINSTANCE kSelf = nullptr;
-
-NOTIFYICONDATAA IconRecord(HWND window) {
-    NOTIFYICONDATAA record{};
-    record.cbSize = NOTIFYICONDATAA_V3_SIZE;
-    record.hWnd = window;
-    record.uID = kIcon;
-    record.uFlags = NIF_MESSAGE;
-    record.uCallbackMessage = kCallback;
-    return record;
-}
 
 INT_PTR CALLBACK InnerProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
     if (message == WM_COMMAND) EndDialog(dialog, LOWORD(wParam));
@@ -58,7 +47,12 @@ INT_PTR CALLBACK MainProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM 
 
 int Program() {
     const HWND window = CreateDialogParamA(kSelf, MAKEINTRESOURCEA(100), nullptr, MainProcedure, 0);
-    NOTIFYICONDATAA record = IconRecord(window);
+    NOTIFYICONDATAA record{};
+    record.cbSize = NOTIFYICONDATAA_V3_SIZE;
+    record.hWnd = window;
+    record.uID = kIcon;
+    record.uFlags = NIF_MESSAGE;
+    record.uCallbackMessage = kCallback;
     Shell_NotifyIconA(NIM_ADD, &record);
     MSG message;
     while (GetMessageA(&message, nullptr, 0, 0)) DispatchMessageA(&message);
@@ -117,18 +111,6 @@ TEST_F(DesktopHands, TheUserLogsOffWhileEverythingIsOpen) {
     EXPECT_THAT(Boxes(), IsEmpty());
     EXPECT_THAT(Icons(), IsEmpty());
     EXPECT_EQ(Journal().back().kind, EventKind::kEnded);
-}
-
-TEST_F(DesktopHands, AnIconIsAddedOnceAndGoesWithItsWindow) {
-    const HWND window =
-        CreateWindowExA(0, "Static", "", 0, 0, 0, 0, 0, nullptr, nullptr, kSelf, nullptr);
-    NOTIFYICONDATAA record = IconRecord(window);
-    EXPECT_FALSE(Shell_NotifyIconA(NIM_MODIFY, &record));
-    EXPECT_TRUE(Shell_NotifyIconA(NIM_ADD, &record));
-    EXPECT_FALSE(Shell_NotifyIconA(NIM_ADD, &record));
-    EXPECT_THAT(Icons(), SizeIs(2));
-    DestroyWindow(window);
-    EXPECT_THAT(Icons(), SizeIs(1));
 }
 
 }  // namespace

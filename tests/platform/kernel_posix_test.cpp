@@ -1,126 +1,83 @@
 // What the simulated machine has beyond Windows: the clock that a test holds, threads that are
-// given up, faults on order, and registry and files that other processes change.
+// given up, and registry, mutexes and files that other processes use, and modules
+// whose bytes nobody vouches for.
 #include <windows.h>
-#include <msi.h>
 #include <objbase.h>
 #include <process.h>
 
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "machine/clock.h"
-#include "machine/faults.h"
 #include "machine/waits.h"
 #include "src/module_resources.h"
-#include "src/shutdown.h"
 #include "src/startups.h"
 #include "src/system.h"
 
 using namespace std::chrono_literals;
+using machine::Clock;
 
 namespace {
 
-// 1 July 2026, 12:00:00 UTC.
-constexpr machine::Ticks kNoon = machine::kUnixEpoch + 1'782'907'200 * machine::kTicksPerSecond;
-
-// Runs the body in another process and waits for its end; that process leaves without ado.
+// Runs the body in another process, which leaves without ado, and tells whether it gave true.
 template <class Body>
-void InAnotherProcess(Body body) {
+bool InAnotherProcess(Body body) {
     const pid_t child = fork();
-    if (child == 0) {
-        body();
-        _exit(0);
-    }
+    if (child == 0) _exit(body() ? 0 : 1);
     int status = -1;
     waitpid(child, &status, 0);
-    ASSERT_EQ(status, 0);
+    return status == 0;
 }
-
-LONG SetValue(HKEY key, const char* name, const std::string& data) {
-    return RegSetValueExA(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(data.c_str()),
-                          static_cast<DWORD>(data.size() + 1));
-}
-
-struct Poller {
-    HANDLE stop = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    HANDLE thread = nullptr;
-    std::atomic<int> passes{0};
-
-    void Start() {
-        thread = reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, Run, this, 0, nullptr));
-    }
-    static unsigned Run(void* self) {
-        auto* poller = static_cast<Poller*>(self);
-        while (WaitForSingleObject(poller->stop, 5000) == WAIT_TIMEOUT) ++poller->passes;
-        return 3;
-    }
-    ~Poller() {
-        CloseHandle(thread);
-        CloseHandle(stop);
-    }
-};
 
 class HeldClock : public testing::Test {
 protected:
-    HeldClock() { machine::Clock::Hold(kNoon); }
-    ~HeldClock() override {
-        machine::ClearFaults();
-        machine::Clock::Release();
-    }
+    HeldClock() { Clock::Hold(machine::kUnixEpoch); }
+    ~HeldClock() override { Clock::Release(); }
 };
 
-TEST_F(HeldClock, APollerMakesExactlyThePassesOfTheTimeThatGoesBy) {
-    Poller poller;
-    poller.Start();
-    machine::Clock::Advance(4999ms);
-    EXPECT_EQ(poller.passes, 0);
-    machine::Clock::Advance(1ms);
-    EXPECT_EQ(poller.passes, 1);
-    machine::Clock::Advance(1min);
-    EXPECT_EQ(poller.passes, 13);
+std::atomic<int> g_passes{0};
+
+unsigned Poll(void* stop) {
+    while (WaitForSingleObject(stop, 5000) == WAIT_TIMEOUT) ++g_passes;
+    return 3;
+}
+
+TEST_F(HeldClock, APollerMakesThePassesOfTheTimeThatGoesByUntilItIsGivenUp) {
+    const HANDLE stop = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    const auto thread =
+        reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, Poll, stop, 0, nullptr));
+    for (const auto& [span, passes] :
+         {std::pair{std::chrono::milliseconds(4999), 0}, {1ms, 1}, {60'000ms, 13}}) {
+        Clock::Advance(span);
+        EXPECT_EQ(g_passes, passes);
+    }
     SYSTEMTIME now;
     GetSystemTime(&now);
     EXPECT_EQ(now.wMinute * 60 + now.wSecond, 65);
-    SetEvent(poller.stop);
-    EXPECT_EQ(WaitForSingleObject(poller.thread, INFINITE), WAIT_OBJECT_0);
-}
-
-TEST_F(HeldClock, ATerminatedThreadNeverGoesOnAndIsNotReckonedWith) {
-    // The thread does not end before the program; its poller must not either.
-    static Poller& poller = *new Poller;
-    poller.Start();
-    machine::Clock::Advance(5s);
-    EXPECT_TRUE(TerminateThread(poller.thread, 9));
+    EXPECT_TRUE(TerminateThread(thread, 9));
     DWORD code = 0;
-    EXPECT_EQ(WaitForSingleObject(poller.thread, 0), WAIT_OBJECT_0);
-    EXPECT_TRUE(GetExitCodeThread(poller.thread, &code));
+    EXPECT_EQ(WaitForSingleObject(thread, 0), WAIT_OBJECT_0);
+    EXPECT_TRUE(GetExitCodeThread(thread, &code));
     EXPECT_EQ(code, 9u);
-    SetEvent(poller.stop);
-    machine::Clock::Advance(20s);
-    EXPECT_EQ(poller.passes, 1);
-}
-
-TEST_F(HeldClock, AKeysLastWriteIsTheHeldDate) {
-    HKEY key = nullptr;
-    RegCreateKeyExA(HKEY_LOCAL_MACHINE, "Held", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
-                    nullptr);
-    SetValue(key, "v", "x");
-    FILETIME written;
-    RegQueryInfoKeyA(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                     nullptr, nullptr, &written);
-    EXPECT_EQ(std::int64_t{written.dwHighDateTime} << 32 | written.dwLowDateTime, kNoon);
-    RegCloseKey(key);
+    SetEvent(stop);
+    Clock::Advance(20s);
+    EXPECT_EQ(g_passes, 13);
+    CloseHandle(thread);
+    CloseHandle(stop);
 }
 
 TEST_F(HeldClock, SettlingBringsInWhatOtherProcessesWrote) {
@@ -129,17 +86,18 @@ TEST_F(HeldClock, SettlingBringsInWhatOtherProcessesWrote) {
                               KEY_ALL_ACCESS, nullptr, &key, nullptr),
               0);
     const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    const std::string folder =
+        std::getenv("WIN32_REGISTRY") + std::string("/HKEY_LOCAL_MACHINE/software/watched/s");
     for (int i = 0; i < 50; ++i) {
         ASSERT_EQ(RegNotifyChangeKeyValue(key, TRUE, REG_NOTIFY_CHANGE_LAST_SET, event, TRUE), 0);
         // A value in a subkey that was not there when the notification was armed.
-        InAnotherProcess([&] {
-            const std::string folder = std::getenv("WIN32_REGISTRY") +
-                                       std::string("/HKEY_LOCAL_MACHINE/software/watched/s");
-            std::filesystem::create_directory(folder + std::to_string(i));
-            std::ofstream(folder + std::to_string(i) + "/draft") << "12345678";
-            std::filesystem::rename(folder + std::to_string(i) + "/draft",
-                                    folder + std::to_string(i) + "/=v");
-        });
+        ASSERT_TRUE(InAnotherProcess([&] {
+            const std::string subkey = folder + std::to_string(i);
+            std::filesystem::create_directory(subkey);
+            std::ofstream(subkey + "/draft") << "12345678";
+            std::filesystem::rename(subkey + "/draft", subkey + "/=v");
+            return true;
+        }));
         machine::WorldLock lock = machine::LockWorld();
         machine::Settle(lock);
         lock.unlock();
@@ -150,64 +108,24 @@ TEST_F(HeldClock, SettlingBringsInWhatOtherProcessesWrote) {
 }
 
 TEST(Processes, ANamedMutexAndAWriterAreSeenFromOutside) {
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, "Local\\KernelPosix");
+    const auto isThere = [](const char* name) {
+        CreateMutexA(nullptr, FALSE, name);
+        return GetLastError() == ERROR_ALREADY_EXISTS;
+    };
+    EXPECT_FALSE(InAnotherProcess([&] { return isThere("Global\\KernelPosix"); }));
+    EXPECT_TRUE(InAnotherProcess([&] { return isThere("KernelPosix"); })) << "as Local\\ is";
+    CloseHandle(mutex);
+
     const std::string path =
         std::filesystem::temp_directory_path() / ("kernel_posix_" + std::to_string(getpid()));
-    std::ofstream(path) << "text";
-    const HANDLE mutex = CreateMutexA(nullptr, FALSE, "Local\\KernelPosix");
-    InAnotherProcess([&] {
-        CreateMutexA(nullptr, FALSE, "Global\\KernelPosix");
-        const bool isNew = GetLastError() == ERROR_SUCCESS;
-        CreateMutexA(nullptr, FALSE, "KernelPosix");  // the session's, as "Local\" is
-        if (!isNew || GetLastError() != ERROR_ALREADY_EXISTS) _exit(1);
-    });
-    CloseHandle(mutex);
-    std::ofstream writer(path, std::ios::app);
-    InAnotherProcess([&] {
+    std::ofstream writer(path);
+    EXPECT_TRUE(InAnotherProcess([&] {
         const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                         OPEN_EXISTING, 0, nullptr);
-        if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_SHARING_VIOLATION) _exit(1);
-    });
-    writer.close();
+        return file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION;
+    }));
     std::filesystem::remove(path);
-}
-
-TEST(Faults, AnOperationFailsAsOftenAsOrderedAndThenWorks) {
-    machine::FailNext("RegOpenKeyExA", 1, ERROR_ACCESS_DENIED);
-    machine::FailNext("CreateEventA", 1, ERROR_NOT_ENOUGH_MEMORY);
-    machine::FailNext("ReadFile", 1, ERROR_INVALID_FUNCTION);
-    HKEY key = nullptr;
-    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "", 0, KEY_READ, &key), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "", 0, KEY_READ, &key), 0);
-    RegCloseKey(key);
-    EXPECT_EQ(CreateEventA(nullptr, FALSE, FALSE, nullptr), nullptr);
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_NOT_ENOUGH_MEMORY));
-    EXPECT_FALSE(ReadFile(nullptr, nullptr, 0, nullptr, nullptr));
-    machine::ClearFaults();
-}
-
-TEST(Installer, FindsProductsByComponent) {
-    HKEY key = nullptr;
-    const std::string base = "SOFTWARE\\Installer Simulation\\";
-    RegCreateKeyExA(HKEY_LOCAL_MACHINE, (base + "Components\\{c}").c_str(), 0, nullptr, 0,
-                    KEY_WRITE, nullptr, &key, nullptr);
-    SetValue(key, "Product", "{p}");
-    RegCloseKey(key);
-    RegCreateKeyExA(HKEY_LOCAL_MACHINE, (base + "Products\\{p}").c_str(), 0, nullptr, 0, KEY_WRITE,
-                    nullptr, &key, nullptr);
-    SetValue(key, "InstalledProductName", "Agent");
-    RegCloseKey(key);
-    char text[39];
-    DWORD size = sizeof text;
-    EXPECT_EQ(MsiGetProductCodeA("{x}", text), static_cast<UINT>(ERROR_UNKNOWN_COMPONENT));
-    ASSERT_EQ(MsiGetProductCodeA("{c}", text), 0u);
-    EXPECT_EQ(MsiGetProductInfoA("{p}", "VersionString", text, &size),
-              static_cast<UINT>(ERROR_UNKNOWN_PROPERTY));
-    ASSERT_EQ(MsiGetProductInfoA("{p}", "InstalledProductName", text, &size), 0u);
-    EXPECT_STREQ(text, "Agent");
-    size = 5;
-    EXPECT_EQ(MsiGetProductInfoA("{p}", "InstalledProductName", text, &size),
-              static_cast<UINT>(ERROR_MORE_DATA));
-    EXPECT_EQ(size, 5u);
 }
 
 TEST(Process, KnowsItsWindowsAndCountsWhatItHasStarted) {
@@ -223,72 +141,101 @@ TEST(Process, KnowsItsWindowsAndCountsWhatItHasStarted) {
     EXPECT_EQ(win32::ComStartups(), 0);
 }
 
-TEST(Shutdown, IsRecordedAndNotCarriedOut) {
-    ASSERT_TRUE(ExitWindowsEx(EWX_REBOOT | EWX_FORCE, 0x80040003));
-    const auto lock = machine::LockWorld();
-    ASSERT_EQ(win32::RequestedShutdowns().size(), 1u);
-    EXPECT_EQ(win32::RequestedShutdowns()[0].reason, 0x80040003);
+using Bytes = std::vector<std::byte>;
+
+// A file of these numbers, each at its offset, and the rest behind the last of them.
+Bytes File(const std::vector<std::pair<std::size_t, DWORD>>& numbers,
+           std::span<const std::byte> rest) {
+    Bytes file(numbers.back().first + sizeof(DWORD));
+    for (const auto& [offset, value] : numbers) std::memcpy(&file[offset], &value, sizeof value);
+    file.insert(file.end(), rest.begin(), rest.end());
+    return file;
 }
 
-// Every way of cutting or changing the file must be survived; the sanitizers look on.
-TEST(Resources, BrokenFilesHoldNothingThatLiesOutside) {
-    char path[MAX_PATH];
-    GetModuleFileNameA(nullptr, path, sizeof path);
-    const auto version = win32::FindModuleResource(nullptr, 16, 1);
-    ASSERT_FALSE(version.empty());
-    const auto word = [](std::size_t value) { return static_cast<std::byte>(value & 0xFF); };
-    std::vector<std::byte> script(64);
-    script[4] = std::byte{32};
-    for (const std::size_t at : {8, 9, 12, 13}) script[at] = std::byte{0xFF};
-    for (int i = 0; i < 2; ++i)
-        script[32 + static_cast<std::size_t>(i)] = word(version.size() >> 8 * i);
-    script[36] = std::byte{32};
-    for (const std::size_t at : {40, 41, 44, 45}) script[at] = std::byte{0xFF};
-    script[42] = std::byte{16};
-    script[46] = std::byte{1};
-    script.insert(script.end(), version.begin(), version.end());
-    ASSERT_EQ(win32::ResourceFile(script).Find(16, 1).size(), version.size());
-    for (std::size_t size = 0; size < script.size(); ++size)
-        EXPECT_TRUE(win32::ResourceFile({script.begin(), script.begin() + static_cast<long>(size)})
-                        .Find(16, 1)
-                        .empty());
-
-    const std::string broken =
-        std::filesystem::temp_directory_path() / ("broken_" + std::to_string(getpid()) + ".res");
-    for (std::size_t at = 0; at < version.size(); at += 3) {
-        std::vector<std::byte> bytes = script;
-        bytes[64 + at] ^= std::byte{0xFF};
-        std::ofstream(broken, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<long>(bytes.size()));
-        std::vector<char> block(GetFileVersionInfoSizeA(broken.c_str(), nullptr));
-        if (!GetFileVersionInfoA(broken.c_str(), 0, static_cast<DWORD>(block.size()), block.data()))
-            continue;
+// Asks a version block that need not be one for all the system asks; the sanitizers look on.
+void Query(const std::string& path) {
+    std::vector<char> block(GetFileVersionInfoSizeA(path.c_str(), nullptr));
+    if (!GetFileVersionInfoA(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()))
+        return;
+    for (const char* query :
+         {"\\", "\\VarFileInfo\\Translation", "\\StringFileInfo\\040904B0\\ProductVersion"}) {
         void* value = nullptr;
         UINT length = 0;
-        for (const char* query :
-             {"\\", "\\VarFileInfo\\Translation", "\\StringFileInfo\\040904B0\\ProductVersion"}) {
-            if (!VerQueryValueA(block.data(), query, &value, &length)) continue;
+        if (VerQueryValueA(block.data(), query, &value, &length)) {
             EXPECT_LE(static_cast<char*>(value) + length, block.data() + block.size());
         }
     }
-    std::filesystem::remove(broken);
 }
 
-TEST(Registry, TenThousandValuesAreWalkedInAFractionOfASecond) {
-    HKEY key = nullptr;
-    RegCreateKeyExA(HKEY_LOCAL_MACHINE, "Large", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
-                    nullptr);
-    for (int i = 0; i < 10'000; ++i) SetValue(key, std::to_string(i).c_str(), "x");
-    const auto start = std::chrono::steady_clock::now();
-    char name[16];
-    DWORD count = 0;
-    for (DWORD size = sizeof name;
-         RegEnumValueA(key, count, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
-         size = sizeof name)
-        ++count;
-    EXPECT_EQ(count, 10'000u);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);  // also with sanitizers
-    RegCloseKey(key);
+// Each file is cut at every place and has each of its bytes changed.
+TEST(Resources, BrokenFilesHoldNothingThatLiesOutside) {
+    const auto version = win32::FindModuleResource(nullptr, 16, 1);
+    const std::string path =
+        std::filesystem::temp_directory_path() / ("broken_" + std::to_string(getpid()));
+    const auto size = static_cast<DWORD>(version.size());
+    constexpr DWORD kDirectory = 0x80000000, kOne = 0x10000;
+    // A compiled script: an empty entry, and the block's.
+    const Bytes script = File({{4, 32},
+                               {8, 0xFFFF},
+                               {12, 0xFFFF},
+                               {32, size},
+                               {36, 32},
+                               {40, 0x10FFFF},
+                               {44, 0x1FFFF},
+                               {60, 0}},
+                              version);
+    // A library with the sections of the names, at 192, and of the script, at 204.
+    const Bytes library = File({{0, 0x464C457F},
+                                {4, 2},
+                                {40, 64},
+                                {60, 2},
+                                {64, 11},
+                                {88, 192},
+                                {152, 204},
+                                {160, static_cast<DWORD>(script.size())},
+                                {192, 0x6E69772E},
+                                {196, 0x65723233},
+                                {200, 's'}},
+                               script);
+    // A program, whose section at 400 has three levels of directories and the block's place.
+    const Bytes program = File({{0, 0x5A4D},
+                                {60, 64},
+                                {64, 0x4550},
+                                {68, kOne},
+                                {84, 224},
+                                {88, 0x10B},
+                                {200, 4096},
+                                {324, 4096},
+                                {328, 88 + size},
+                                {332, 400},
+                                {412, kOne},
+                                {416, 16},
+                                {420, kDirectory | 24},
+                                {436, kOne},
+                                {440, 1},
+                                {444, kDirectory | 48},
+                                {460, kOne},
+                                {468, 72},
+                                {472, 4096 + 88},
+                                {476, size},
+                                {484, 0}},
+                               version);
+    for (const Bytes& file : {script, library, program}) {
+        const auto found = win32::ResourceFile(file);
+        ASSERT_TRUE(std::ranges::equal(found.Find(16, 1), version)) << file.size();
+        for (std::size_t at = 0; at < file.size(); ++at) {
+            EXPECT_TRUE(win32::ResourceFile({file.begin(), file.begin() + static_cast<long>(at)})
+                            .Find(16, 1)
+                            .empty());
+            Bytes changed = file;
+            changed[at] ^= std::byte{0xFF};
+            std::ofstream(path, std::ios::binary)
+                .write(reinterpret_cast<const char*>(changed.data()),
+                       static_cast<long>(changed.size()));
+            Query(path);
+        }
+    }
+    std::filesystem::remove(path);
 }
 
 }  // namespace
