@@ -143,11 +143,11 @@ TEST(Process, KnowsItsWindowsAndCountsWhatItHasStarted) {
 
 using Bytes = std::vector<std::byte>;
 
-// A file of these numbers, each at its offset, and the rest behind the last of them.
-Bytes File(const std::vector<std::pair<std::size_t, DWORD>>& numbers,
-           std::span<const std::byte> rest) {
-    Bytes file(numbers.back().first + sizeof(DWORD));
-    for (const auto& [offset, value] : numbers) std::memcpy(&file[offset], &value, sizeof value);
+// A file of numbers, each behind its offset, and the rest behind the last of them.
+Bytes File(const std::vector<DWORD>& numbers, std::span<const std::byte> rest) {
+    Bytes file(numbers[numbers.size() - 2] + sizeof(DWORD));
+    for (std::size_t i = 0; i < numbers.size(); i += 2)
+        std::memcpy(&file[numbers[i]], &numbers[i + 1], sizeof(DWORD));
     file.insert(file.end(), rest.begin(), rest.end());
     return file;
 }
@@ -173,53 +173,25 @@ TEST(Resources, BrokenFilesHoldNothingThatLiesOutside) {
     const std::string path =
         std::filesystem::temp_directory_path() / ("broken_" + std::to_string(getpid()));
     const auto size = static_cast<DWORD>(version.size());
-    constexpr DWORD kDirectory = 0x80000000, kOne = 0x10000;
-    // A compiled script: an empty entry, and the block's.
-    const Bytes script = File({{4, 32},
-                               {8, 0xFFFF},
-                               {12, 0xFFFF},
-                               {32, size},
-                               {36, 32},
-                               {40, 0x10FFFF},
-                               {44, 0x1FFFF},
-                               {60, 0}},
+    const Bytes script = File({4, 32, 8, 0xFFFF, 12, 0xFFFF,  // an empty entry
+                               32, size, 36, 32, 40, 0x10FFFF, 44, 0x1FFFF, 60, 0},  // the block's
                               version);
-    // A library with the sections of the names, at 192, and of the script, at 204.
-    const Bytes library = File({{0, 0x464C457F},
-                                {4, 2},
-                                {40, 64},
-                                {60, 2},
-                                {64, 11},
-                                {88, 192},
-                                {152, 204},
-                                {160, static_cast<DWORD>(script.size())},
-                                {192, 0x6E69772E},
-                                {196, 0x65723233},
-                                {200, 's'}},
+    const auto scriptSize = static_cast<DWORD>(script.size());
+    const Bytes library = File({0,   0x464C457F, 4,   2,          40,  64, 60, 2,  // two sections:
+                                64,  11,         88,  192,                         // the names,
+                                152, 204,        160, scriptSize,                  // the script;
+                                192, 0x6E69772E, 196, 0x65723233, 200, 's'},       // its name
                                script);
-    // A program, whose section at 400 has three levels of directories and the block's place.
-    const Bytes program = File({{0, 0x5A4D},
-                                {60, 64},
-                                {64, 0x4550},
-                                {68, kOne},
-                                {84, 224},
-                                {88, 0x10B},
-                                {200, 4096},
-                                {324, 4096},
-                                {328, 88 + size},
-                                {332, 400},
-                                {412, kOne},
-                                {416, 16},
-                                {420, kDirectory | 24},
-                                {436, kOne},
-                                {440, 1},
-                                {444, kDirectory | 48},
-                                {460, kOne},
-                                {468, 72},
-                                {472, 4096 + 88},
-                                {476, size},
-                                {484, 0}},
-                               version);
+    const DWORD sectionSize = 88 + size, place = 4096 + 88;
+    const Bytes program =
+        File({0,   0x5A4D,  60,  64,          64,  0x4550,     68, 0x10000,  // one section
+              84,  224,     88,  0x10B,       200, 4096,        // the resources' address
+              324, 4096,    328, sectionSize, 332, 400,         // the section
+              412, 0x10000, 416, 16,          420, 0x80000018,  // the types,
+              436, 0x10000, 440, 1,           444, 0x80000030,  // the names,
+              460, 0x10000, 468, 72,                            // the languages,
+              472, place,   476, size,        484, 0},          // and the block's place
+             version);
     for (const Bytes& file : {script, library, program}) {
         const auto found = win32::ResourceFile(file);
         ASSERT_TRUE(std::ranges::equal(found.Find(16, 1), version)) << file.size();
