@@ -1,4 +1,5 @@
-// Bytes as text, two digits each, so that a test can show what it expects as one writes it by hand.
+// Bytes as text, two digits each, so that a test can show what it expects as one writes it by hand,
+// and text as bytes.
 #pragma once
 
 #include <cstdint>
@@ -14,4 +15,8 @@ inline std::string Hex(const void* bytes, std::size_t size) {
         text += digits;
     }
     return text;
+}
+
+inline const std::uint8_t* B(const char* text) {
+    return reinterpret_cast<const std::uint8_t*>(text);
 }

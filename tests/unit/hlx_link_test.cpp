@@ -9,7 +9,6 @@
 #include <memory>
 #include <vector>
 
-#include "hex.h"
 #include "hlxCommand.h"
 #include "hlxComposite.h"
 #include "hlxRecord.h"
@@ -19,8 +18,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using Block = std::unique_ptr<std::uint8_t, decltype(&std::free)>;
-
-const std::uint8_t* B(const char* text) { return reinterpret_cast<const std::uint8_t*>(text); }
 
 class DatagramReceiver : public testing::Test {
 protected:
@@ -36,25 +33,22 @@ private:
 TEST_F(DatagramReceiver, GetsTheFrameOfEachCommand) {
     const struct {
         std::int32_t (*send)();
-        const char* frame;
-    } cases[] = {
-        {hlx_sendCommand2, "00 00 00 02 00 00 00 05 00 00 00 00 00"},
-        {hlx_requestReassess, "00 00 00 04 00 00 00 05 00 00 00 00 00"},
-        {hlx_sendCommand5, "00 00 00 05 00 00 00 05 00 00 00 00 00"},
-        {hlx_sendCommand6, "00 00 00 06 00 00 00 05 00 00 00 00 00"},
-        {hlx_requestDownload, "00 00 00 07 00 00 00 05 00 00 00 00 00"},
-        {hlx_sendCommand12, "00 00 00 0C 00 00 00 05 00 00 00 00 00"},
-        {hlx_sendCommand13, "00 00 00 0D 00 00 00 05 00 00 00 00 00"},
-        {[] { return hlx_sendText(""); }, "00 00 00 0A 00 00 00 01 00"},
-        {[] { return hlx_sendText("hi"); }, "00 00 00 0A 00 00 00 03 68 69 00"},
-        {[] { return hlx_sendComposite(1, B("a"), 1, B("b"), 0, nullptr); },
-         "00 00 00 03 00 00 00 1B 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 00 00 00 00 00 "
-         "61 62 00 00 00 00 00"},
+        const char* code;
+    } bare[] = {
+        {hlx_sendCommand2, "02"},  {hlx_requestReassess, "04"}, {hlx_sendCommand5, "05"},
+        {hlx_sendCommand6, "06"},  {hlx_requestDownload, "07"}, {hlx_sendCommand12, "0C"},
+        {hlx_sendCommand13, "0D"},
     };
-    for (const auto& each : cases) {
-        EXPECT_EQ(each.send(), 0);
-        EXPECT_EQ(Received(), each.frame);
+    for (const auto& [send, code] : bare) {
+        EXPECT_EQ(send(), 0);
+        EXPECT_EQ(Received(), std::string("00 00 00 ") + code + " 00 00 00 05 00 00 00 00 00");
     }
+    EXPECT_EQ(hlx_sendText(""), 0);
+    EXPECT_EQ(Received(), "00 00 00 0A 00 00 00 01 00");
+    EXPECT_EQ(hlx_sendComposite(1, B("a"), 1, B("b"), 0, nullptr), 0);
+    EXPECT_EQ(Received(),
+              "00 00 00 03 00 00 00 1B 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 00 00 00 00 00 "
+              "61 62 00 00 00 00 00");
     const Bytes record(kHlxRecord8Size, 0xAB);
     EXPECT_EQ(hlx_sendRecord8(record.data()), 0);
     EXPECT_EQ(Received(), "00 00 00 08 00 00 01 E0 " + Hex(record.data(), kHlxRecord8Size));
@@ -82,8 +76,7 @@ TEST_F(DatagramReceiver, IsNotBotheredWithRefusedCommands) {
 TEST(Composite, IsBuiltAsItIsReadBack) {
     const struct {
         std::uint32_t length3;
-        const char* blob3;
-        const char* message;
+        const char *blob3, *message;
     } cases[] = {
         {0, nullptr,
          "00 00 00 03 00 00 00 02 00 00 00 03 00 00 00 00 00 00 00 00 "
@@ -103,67 +96,54 @@ TEST(Composite, IsBuiltAsItIsReadBack) {
             &std::free);
         EXPECT_EQ(error, 0);
         EXPECT_EQ(Hex(message.get(), size), each.message);
-        for (const bool checked : {false, true}) {
-            std::uint32_t lengths[3];
-            const std::uint8_t* blobs[3];
-            const HlxResult result =
-                checked ? hlx_parseCompositeChecked(message.get(), size, &lengths[0], &blobs[0],
-                                                    &lengths[1], &blobs[1], &lengths[2], &blobs[2])
-                        : hlx_parseComposite(message.get(), &lengths[0], &blobs[0], &lengths[1],
-                                             &blobs[1], &lengths[2], &blobs[2]);
-            EXPECT_EQ(result, HLX_DONE);
-            EXPECT_EQ(Hex(blobs[0], lengths[0]), "61 62 63");
-            EXPECT_EQ(Hex(blobs[1], lengths[1]), "64 65");
-            EXPECT_EQ(lengths[2], each.blob3 ? 4u : 0u);
-            EXPECT_EQ(blobs[2], each.blob3 ? message.get() + 26 : nullptr);
-        }
+        std::uint32_t lengths[3];
+        const std::uint8_t* blobs[3];
+        EXPECT_EQ(hlx_parseCompositeChecked(message.get(), size, &lengths[0], &blobs[0],
+                                            &lengths[1], &blobs[1], &lengths[2], &blobs[2]),
+                  HLX_DONE);
+        EXPECT_EQ(Hex(blobs[0], lengths[0]), "61 62 63");
+        EXPECT_EQ(Hex(blobs[1], lengths[1]), "64 65");
+        EXPECT_EQ(lengths[2], each.blob3 ? 4u : 0u);
+        EXPECT_EQ(blobs[2], each.blob3 ? message.get() + 26 : nullptr);
     }
 }
 
 TEST(Composite, RefusesWhatCannotBeBuilt) {
     std::uint32_t size = 0;
     std::int32_t error = 77;
-    EXPECT_EQ(hlx_buildComposite(1, B("a"), 1, B("b"), 0, nullptr, &size, nullptr), nullptr);
-    EXPECT_EQ(hlx_buildComposite(1, B("a"), 1, B("b"), 0, nullptr, nullptr, &error), nullptr);
+    EXPECT_FALSE(hlx_buildComposite(1, B("a"), 1, B("b"), 0, nullptr, &size, nullptr));
+    EXPECT_FALSE(hlx_buildComposite(1, B("a"), 1, B("b"), 0, nullptr, nullptr, &error));
     EXPECT_EQ(error, 1);
-    const struct {
-        const std::uint8_t* blob1;
-        std::uint32_t length2, length3;
-    } cases[] = {{nullptr, 1, 0}, {B("a"), 0, 0}, {B("a"), 1, UINT32_MAX}};
-    for (const auto& [blob1, length2, length3] : cases) {
-        error = 77;
-        EXPECT_EQ(hlx_buildComposite(1, blob1, length2, B("b"), length3, nullptr, &size, &error),
-                  nullptr);
-        EXPECT_EQ(error, 1);
-    }
+    EXPECT_FALSE(hlx_buildComposite(1, nullptr, 1, B("b"), 0, nullptr, &size, &error));
+    EXPECT_FALSE(hlx_buildComposite(1, B("a"), 0, B("b"), 0, nullptr, &size, &error));
+    error = 77;
+    EXPECT_FALSE(hlx_buildComposite(1, B("a"), 1, B("b"), UINT32_MAX, nullptr, &size, &error));
+    EXPECT_EQ(error, 1);
     EXPECT_EQ(hlx_parseComposite(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
               HLX_REFUSED);
 }
 
 TEST(Composite, IsReadWithinItsSizeOnly) {
     const struct {
-        std::size_t offset;
-        std::uint8_t value;
-        std::uint32_t size;
-        HlxResult result;
+        std::uint32_t offset, value, size;
+        bool fits;
     } cases[] = {
-        {0, 0, 30, HLX_DONE},       {3, 10, 30, HLX_DONE},      {3, 11, 30, HLX_REFUSED},
-        {4, 0x80, 30, HLX_REFUSED}, {8, 0xFF, 30, HLX_REFUSED}, {11, 8, 30, HLX_DONE},
-        {11, 9, 30, HLX_REFUSED},   {15, 10, 30, HLX_DONE},     {15, 11, 30, HLX_REFUSED},
-        {19, 0xFF, 30, HLX_DONE},   {0, 0, 25, HLX_DONE},       {0, 0, 24, HLX_REFUSED},
-        {0, 0, 19, HLX_REFUSED},    {0, 0, 0, HLX_REFUSED},
+        {0, 0, 30, true},     {3, 10, 30, true},    {3, 11, 30, false}, {4, 0x80, 30, false},
+        {8, 0xFF, 30, false}, {11, 8, 30, true},    {11, 9, 30, false}, {15, 10, 30, true},
+        {15, 11, 30, false},  {19, 0xFF, 30, true}, {0, 0, 25, true},   {0, 0, 24, false},
+        {0, 0, 19, false},
     };
-    for (const auto& each : cases) {
+    for (const auto& [offset, value, size, fits] : cases) {
         Bytes message = {0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, 3};
         message.resize(30);
-        message[each.offset] = each.value;
-        const Bytes exact(message.begin(), message.begin() + each.size);
+        message[offset] = static_cast<std::uint8_t>(value);
+        const Bytes exact(message.begin(), message.begin() + size);
         std::uint32_t length;
         const std::uint8_t* blob;
-        EXPECT_EQ(hlx_parseCompositeChecked(exact.data() ? exact.data() : B(""), each.size, &length,
-                                            &blob, &length, &blob, nullptr, nullptr),
-                  each.result)
-            << each.offset << " " << int{each.value} << " " << each.size;
+        EXPECT_EQ(hlx_parseCompositeChecked(exact.data(), size, &length, &blob, &length, &blob,
+                                            nullptr, nullptr),
+                  fits ? HLX_DONE : HLX_REFUSED)
+            << offset << " " << value << " " << size;
     }
 }
 
@@ -177,12 +157,12 @@ std::string Decoded(const Bytes& record) {
                          &texts[0], &texts[1], &value2, &texts[2], &value3, &count,
                          &ints) != HLX_DONE)
         return "refused";
-    const auto text = [&](int i) { return texts[i] ? texts[i] : "-"; };
-    char line[200];
-    std::snprintf(line, sizeof line, "%u %u %s %s %u %s %u (%d)", type, value1, text(0), text(1),
-                  value2, text(2), value3, count);
-    std::string result = line;
-    for (std::int32_t i = 0; ints && i < count; ++i) result += " " + std::to_string(ints[i]);
+    const auto text = [&](int i) { return std::string(texts[i] ? texts[i] : "-") + " "; };
+    const auto number = [](auto value) { return std::to_string(value) + " "; };
+    std::string result = number(type) + number(value1) + text(0) + text(1) + number(value2) +
+                         text(2) + number(value3) + number(count);
+    for (std::int32_t i = 0; ints && i < count; ++i) result += number(ints[i]);
+    result.pop_back();
     for (char* each : texts) std::free(each);
     std::free(ints);
     return result;
@@ -193,22 +173,17 @@ TEST(Record, IsEncodedAsItIsDecodedBack) {
         std::int32_t type;
         const char *a, *b, *c;
         std::int32_t intCount;
-        const char* record;
-        const char* decoded;
+        const char *record, *decoded;
     } cases[] = {
-        {0, "ignored", "", "", 0, "00 04 05 00", "0 77 - - 77 - 77 (77)"},
-        {1, "", "", "", 0,
-         "00 27 05 01 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00 02 00 00 00 00 00 00 00 03 "
-         "00 00 00 00 00 00 00 00 00 00 00",
-         "1 1 - - 2 - 3 (0)"},
+        {0, "ignored", "", "", 0, "00 04 05 00", "0 77 - - 77 - 77 77"},
         {9, "ab", "", "c", 2,
          "00 32 05 09 00 00 00 01 00 00 00 02 00 00 00 00 00 00 00 02 00 00 00 01 00 00 00 03 "
          "00 00 00 02 89 AB CD EF 00 00 00 07 61 62 00 63 00 00 00 00 00 00",
-         "9 1 ab - 2 c 3 (2) 2309737967 7"},
+         "9 1 ab - 2 c 3 2 2309737967 7"},
         {255, "a", "b", "c", 0,
          "00 2A 05 FF 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 03 "
          "00 00 00 00 61 00 62 00 63 00 00 00 00 00",
-         "255 1 a b 2 c 3 (0)"},
+         "255 1 a b 2 c 3 0"},
     };
     const std::uint32_t ints[] = {0x89ABCDEF, 7};
     const auto length = [](const char* text) { return static_cast<std::uint32_t>(strlen(text)); };
@@ -226,59 +201,43 @@ TEST(Record, IsEncodedAsItIsDecodedBack) {
 }
 
 TEST(Record, RefusesWhatTheFormatCannotHold) {
-    std::uint32_t size = 0;
     const Bytes bytes(kHlxLongestRecord);
-    const struct {
-        std::int32_t type;
-        std::uint32_t length;
-        const std::uint8_t* blob;
-        std::int32_t intCount;
-        std::uint32_t* size = nullptr;
-        std::uint32_t error = 1;
-    } cases[] = {
-        {1, kHlxLongestRecord - 39, bytes.data(), 0, &size, 0},
-        {1, kHlxLongestRecord - 38, bytes.data(), 0, &size},
-        {1, UINT32_MAX, bytes.data(), 0, &size},
-        {1, 1, nullptr, 0, &size},
-        {0, 1, nullptr, 0, &size},
-        {1, 0, nullptr, 1, &size},
-        {1, 0, nullptr, -1, &size},
-        {1, 0, nullptr, 0},
-        {256, 0, nullptr, 0, &size},
-        {-1, 0, nullptr, 0, &size},
-    };
-    for (const auto& each : cases) {
+    std::uint32_t size = 0;
+    std::uint32_t* sizeWanted = &size;
+    const auto errorOf = [&](std::int32_t type, std::uint32_t length, const std::uint8_t* blob,
+                             std::int32_t intCount) {
         std::uint32_t error = 77;
-        const Block record(hlx_encodeRecord(each.type, 1, each.length, each.blob, 0, nullptr, 2, 0,
-                                            nullptr, 3, each.intCount, nullptr, each.size, &error),
+        const Block record(hlx_encodeRecord(type, 1, length, blob, 0, nullptr, 2, 0, nullptr, 3,
+                                            intCount, nullptr, sizeWanted, &error),
                            &std::free);
-        EXPECT_EQ(error, each.error) << each.type << " " << each.length;
-        EXPECT_EQ(record == nullptr, each.error != 0);
-    }
+        EXPECT_EQ(record == nullptr, error != 0);
+        return error;
+    };
+    EXPECT_EQ(errorOf(1, kHlxLongestRecord - 39, bytes.data(), 0), 0u);
+    EXPECT_EQ(errorOf(1, kHlxLongestRecord - 38, bytes.data(), 0), 1u);
+    EXPECT_EQ(errorOf(1, UINT32_MAX, bytes.data(), 0), 1u);
+    for (const int type : {0, 1}) EXPECT_EQ(errorOf(type, 1, nullptr, 0), 1u);
+    for (const int count : {-1, 1}) EXPECT_EQ(errorOf(1, 0, nullptr, count), 1u);
+    for (const int type : {-1, 256}) EXPECT_EQ(errorOf(type, 0, nullptr, 0), 1u);
+    sizeWanted = nullptr;
+    EXPECT_EQ(errorOf(1, 0, nullptr, 0), 1u);
 }
 
 TEST(Record, IsDecodedWithinItsSizeOnly) {
     const struct {
-        std::size_t offset;
-        std::uint8_t value;
-        std::uint32_t size;
+        std::uint32_t offset, value, size;
     } cases[] = {
         {1, 40, 39}, {1, 38, 39},    {0, 1, 39},   {2, 4, 39},  {2, 6, 39},  {0, 0, 38},
         {11, 7, 39}, {11, 255, 39},  {8, 255, 39}, {15, 7, 39}, {23, 8, 39}, {20, 128, 39},
         {31, 2, 39}, {28, 0x80, 39}, {28, 64, 39}, {1, 31, 31}, {1, 5, 5},   {1, 3, 3},
     };
-    const Bytes sound = [] {
-        Bytes record = {0, 39, 5, 1};
-        record.resize(39);
-        return record;
-    }();
-    EXPECT_EQ(Decoded(sound), "1 0 - - 0 - 0 (0)");
-    for (const auto& each : cases) {
+    Bytes sound = {0, 39, 5, 1};
+    sound.resize(39);
+    EXPECT_EQ(Decoded(sound), "1 0 - - 0 - 0 0");
+    for (const auto& [offset, value, size] : cases) {
         Bytes record(sound);
-        record[each.offset] = each.value;
-        record.resize(each.size);
-        record.shrink_to_fit();
-        EXPECT_EQ(Decoded(record), "refused") << each.offset << " " << int{each.value};
+        record[offset] = static_cast<std::uint8_t>(value);
+        EXPECT_EQ(Decoded({record.begin(), record.begin() + size}), "refused") << offset;
     }
     EXPECT_EQ(Decoded({}), "refused");
 }

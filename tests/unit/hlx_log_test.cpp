@@ -21,10 +21,8 @@ void Grow(const TempPath& path, std::uintmax_t size) {
 
 TEST(Log, PassesByLevelAndMask) {
     const struct {
-        std::int32_t contextLevel;
-        std::int32_t level;
-        std::uint32_t mask;
-        std::uint32_t lines;
+        std::int32_t contextLevel, level;
+        std::uint32_t mask, lines;
     } cases[] = {
         {1, 1, 0x10, 1}, {1, 2, 0x10, 0},       {1, 1, 0x08, 0},  {1, 1, 0x18, 1},
         {0, 0, 0x10, 1}, {0, INT_MIN, 0x10, 1}, {-1, 0, 0x10, 0}, {7, 7, 0, 0},
@@ -36,9 +34,6 @@ TEST(Log, PassesByLevelAndMask) {
         EXPECT_EQ(log->line_count, each.lines) << each.contextLevel << " " << each.level;
     }
     hlx_log(nullptr, 0, UINT32_MAX, "nobody");
-    hlx_logSetLevel(nullptr, 1);
-    hlx_logSetMask(nullptr, 1);
-    EXPECT_EQ(hlx_logGetLevel(nullptr), 0);
     EXPECT_EQ(hlx_logGetMask(nullptr), 0u);
 }
 
@@ -46,24 +41,20 @@ TEST(Log, BeginsALineWithWhatWasAskedForAndCutsItAtItsLongest) {
     const std::string longText(1000, 'x');
     const struct {
         std::uint32_t flags;
-        const char* progname;
-        std::string text;
-        std::string lines;
+        const char *progname, *text;
+        std::string line;
     } cases[] = {
-        {0, "vh_tray", "a", "a 1\na 2\n"},
-        {HLX_LOG_PROGNAME, "", "a", "progname_not_set a 1\nprogname_not_set a 2\n"},
-        {HLX_LOG_LINE_NUMBER, nullptr, "a", "     0 a 1\n     1 a 2\n"},
-        {HLX_LOG_PROGNAME, "p", longText.substr(0, 508),
-         "p " + longText.substr(0, 508) + " \np " + longText.substr(0, 508) + " \n"},
-        {HLX_LOG_PROGNAME | HLX_LOG_PID, longText.c_str(), "a",
-         longText.substr(0, 511) + "\n" + longText.substr(0, 511) + "\n"},
+        {0, "vh_tray", "a", "a"},
+        {HLX_LOG_PROGNAME, "", "a", "progname_not_set a"},
+        {HLX_LOG_LINE_NUMBER, nullptr, "a", "     0 a"},
+        {HLX_LOG_PROGNAME, "p", longText.c_str(), "p " + longText.substr(0, 509)},
+        {HLX_LOG_PROGNAME | HLX_LOG_PID, longText.c_str(), "a", longText.substr(0, 511)},
     };
     for (const auto& each : cases) {
         const TempPath path("lines");
         ScopedLog log(&path, each.flags, each.progname);
-        for (int i = 1; i <= 2; ++i)
-            hlx_log(log, 1, HLX_AREA_INTEGRITY, "%s %d", each.text.c_str(), i);
-        EXPECT_EQ(path.Text(), each.lines);
+        hlx_log(log, 1, HLX_AREA_INTEGRITY, "%s", each.text);
+        EXPECT_EQ(path.Text(), each.line + "\n");
     }
 }
 
@@ -90,8 +81,7 @@ TEST(Log, HasThreeSlotsAtLeast) {
 }
 
 TEST(Log, WritesToTheStandardStreamsAndTheEventLog) {
-    const std::int32_t one = 1;
-    const std::int32_t zero = 0;
+    const std::int32_t one = 1, zero = 0;
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     {
@@ -152,8 +142,7 @@ void SetVariable(const std::string& name, const char* value) {
 
 TEST(Environment, SetsWhatIsNotEmpty) {
     const struct {
-        const char* prefix;
-        const char *level, *mask;
+        const char *prefix, *level, *mask;
         std::int32_t readLevel;
         std::uint32_t readMask;
     } cases[] = {
@@ -179,8 +168,7 @@ TEST(Environment, SetsWhatIsNotEmpty) {
 
 TEST(SwCache, ReadsFourFieldsByTheirDelimiters) {
     const struct {
-        const char* text;
-        const char* fields;
+        const char *text, *fields;
     } cases[] = {
         {"", "|||"},
         {"a:b:c:d\n", "a|b|c|d"},

@@ -42,11 +42,12 @@ protected:
         std::filesystem::remove_all(m_registry.c_str());
     }
 
+    void SetUseTcp(DWORD value) { SetAgentValue("UseTCP", REG_DWORD, &value, sizeof value); }
+
     void SetAgentValue(const char* name, DWORD type, const void* data, DWORD size) {
         HKEY key = nullptr;
-        ASSERT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, kHlxAgentKey, 0, nullptr, 0, KEY_WRITE,
-                                  nullptr, &key, nullptr),
-                  ERROR_SUCCESS);
+        RegCreateKeyExA(HKEY_LOCAL_MACHINE, kHlxAgentKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                        nullptr);
         if (data) RegSetValueExA(key, name, 0, type, static_cast<const BYTE*>(data), size);
         RegCloseKey(key);
     }
@@ -57,9 +58,8 @@ private:
 
 TEST_F(Machine, WritesALineWithAllItsOptions) {
     const TempPath path("held");
-    ScopedLog log(
-        &path, HLX_LOG_DATE | HLX_LOG_TIME | HLX_LOG_LINE_NUMBER | HLX_LOG_PROGNAME | HLX_LOG_PID,
-        "vh_tray");
+    constexpr std::uint32_t kEveryField = 0x1F;
+    ScopedLog log(&path, kEveryField, "vh_tray");
     log->pid = 4412;
     hlx_logSetLevel(log, 6);
     hlx_logSetMask(log, HLX_AREA_XML | HLX_AREA_XML_OTHER | HLX_AREA_INTEGRITY);
@@ -82,17 +82,14 @@ TEST_F(Machine, WritesALineWithAllItsOptions) {
 }
 
 TEST_F(Machine, SendsByTcpAndWaitsASecondBeforeTheEnd) {
-    const DWORD yes = 1;
-    SetAgentValue("UseTCP", REG_DWORD, &yes, sizeof yes);
+    SetUseTcp(1);
     const Loopback listener(SOCK_STREAM, kHlxTcpPort);
     ASSERT_EQ(listen(listener, 1), 0);
     std::int32_t error = 77;
-    HlxResult result = HLX_EXCEPTION;
     machine::ThreadMark mark;
     std::thread sender([&] {
         mark.Enter();
-        result = hlx_sendCommand(1, HLX_COMMAND_TEXT, reinterpret_cast<const std::uint8_t*>("hi"),
-                                 3, &error);
+        error = hlx_sendText("hi");
         mark.Leave();
     });
     const SOCKET connection = accept(listener, nullptr, nullptr);
@@ -106,7 +103,6 @@ TEST_F(Machine, SendsByTcpAndWaitsASecondBeforeTheEnd) {
     Clock::Advance(1ms);
     EXPECT_EQ(ReceivedHex(connection), "end");
     sender.join();
-    EXPECT_EQ(result, HLX_DONE);
     EXPECT_EQ(error, 0);
     closesocket(connection);
 }
@@ -116,8 +112,7 @@ TEST_F(Machine, TakesTheTransportFromTheKeyOnceItOpens) {
     EXPECT_EQ(g_useTcp, -1);
     SetAgentValue(nullptr, REG_SZ, nullptr, 0);
     EXPECT_EQ(hlx_useTcp(), 0) << "the key has no such value";
-    const DWORD two = 2;
-    SetAgentValue("UseTCP", REG_DWORD, &two, sizeof two);
+    SetUseTcp(2);
     EXPECT_EQ(hlx_useTcp(), 0) << "it is not read again";
     g_useTcp = -1;
     EXPECT_EQ(hlx_useTcp(), 2);
@@ -126,22 +121,23 @@ TEST_F(Machine, TakesTheTransportFromTheKeyOnceItOpens) {
 
 TEST_F(Machine, RepeatsADatagramThatWouldBlockButNotForEver) {
     g_useTcp = 0;
-    const auto send = [](std::int32_t& error) {
-        return hlx_sendCommand(kHlxUdpPort, 1, reinterpret_cast<const std::uint8_t*>("x"), 1,
-                               &error);
+    const struct {
+        const char* failing;
+        int times, code;
+        HlxResult result;
+    } cases[] = {
+        {"sendto", 2, WSAEWOULDBLOCK, HLX_DONE},
+        {"sendto", machine::kEveryCall, WSAEWOULDBLOCK, HLX_SOCKET_FAILED},
+        {"sendto", 1, WSAEINTR, HLX_DONE},
+        {"socket", 1, WSAEMFILE, HLX_SOCKET_FAILED},
     };
-    std::int32_t error = 77;
-    machine::FailNext("sendto", 2, WSAEWOULDBLOCK);
-    EXPECT_EQ(send(error), HLX_DONE);
-    EXPECT_EQ(error, WSAEWOULDBLOCK) << "of the attempt that was repeated";
-    machine::FailNext("sendto", 1, WSAEINTR);
-    EXPECT_EQ(hlx_requestReassess(), WSAEINTR);
-    machine::FailNext("sendto", machine::kEveryCall, WSAEWOULDBLOCK);
-    EXPECT_EQ(send(error), HLX_SOCKET_FAILED);
-    machine::ClearFaults();
-    machine::FailNext("socket", 1, WSAEMFILE);
-    EXPECT_EQ(send(error), HLX_SOCKET_FAILED);
-    EXPECT_EQ(error, WSAEMFILE);
+    for (const auto& each : cases) {
+        std::int32_t error = 77;
+        machine::FailNext(each.failing, each.times, each.code);
+        EXPECT_EQ(hlx_sendCommand(kHlxUdpPort, 1, B("x"), 1, &error), each.result);
+        EXPECT_EQ(error, each.code);
+        machine::ClearFaults();
+    }
     machine::FailNext("RegisterEventSourceA", 1, 5);
     ScopedLog log(nullptr, 0, "p");
     EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr), HLX_NOT_OPENED);
@@ -151,45 +147,43 @@ TEST_F(Machine, FindsTheParserInTheAgentsDirectoryOrDoesWithout) {
     char program[MAX_PATH];
     GetModuleFileNameA(nullptr, program, sizeof program);
     const std::string folder = std::filesystem::path(program).parent_path().string();
+    const struct {
+        const char* failing;
+        int times;
+        std::string directory;
+        bool isFound;
+    } cases[] = {
+        {"LoadLibraryA", 2, "", false},
+        {"LoadLibraryA", 1, "", true},  // by the bare name again, as there is no key
+        {"LoadLibraryA", 1, folder, true},
+        {"LoadLibraryA", 1, folder + "\\", true},
+        {"LoadLibraryA", 1, "/no/such/folder", false},
+        {"GetProcAddress", 1, "", false},
+    };
     const auto canParse = [] {
         const CHlxExpatWrapper scope;
         hlxParseConf tree;
         return tree.Create("UTF-8", nullptr) && tree.Parse("<a/>", -1, true);
     };
-    machine::FailNext("LoadLibraryA", 2, ERROR_MOD_NOT_FOUND);
-    EXPECT_FALSE(canParse());
-    machine::FailNext("LoadLibraryA", 1, ERROR_MOD_NOT_FOUND);
-    EXPECT_TRUE(canParse()) << "the bare name again, as there is no key";
-    for (const std::string& directory : {folder, folder + "\\"}) {
-        SetAgentValue(nullptr, REG_EXPAND_SZ, directory.c_str(),
-                      static_cast<DWORD>(directory.size() + 1));
-        machine::FailNext("LoadLibraryA", 1, ERROR_MOD_NOT_FOUND);
+    for (const auto& each : cases) {
+        if (!each.directory.empty())
+            SetAgentValue(nullptr, REG_EXPAND_SZ, each.directory.c_str(),
+                          static_cast<DWORD>(each.directory.size() + 1));
+        machine::FailNext(each.failing, each.times, ERROR_MOD_NOT_FOUND);
+        EXPECT_EQ(canParse(), each.isFound) << each.directory;
         EXPECT_TRUE(canParse());
     }
-    SetAgentValue(nullptr, REG_SZ, "/no/such/folder", 16);
-    machine::FailNext("LoadLibraryA", 1, ERROR_MOD_NOT_FOUND);
-    EXPECT_FALSE(canParse());
-    EXPECT_TRUE(canParse());
-    machine::FailNext("GetProcAddress", 1, ERROR_PROC_NOT_FOUND);
-    EXPECT_FALSE(canParse()) << "a library without one of the functions";
-    EXPECT_TRUE(canParse());
 }
 
 TEST(GlueDeathTest, EndsTheProcessBeforeANullParserIsUsed) {
-    const struct {
-        void (*use)(hlxParseConf&);
-        const char* line;
-    } cases[] = {
-        {[](hlxParseConf& tree) { tree.Parse("<a/>", -1, true); }, "line 156"},
-        {[](hlxParseConf& tree) { tree.EnableStartElementHandler(true); }, "line 222"},
-        {[](hlxParseConf& tree) { tree.EnableEndElementHandler(true); }, "line 230"},
-        {[](hlxParseConf& tree) { tree.EnableCharacterDataHandler(true); }, "line 247"},
-        {[](hlxParseConf& tree) { tree.EnableCommentHandler(true); }, "line 265"},
-        {[](hlxParseConf& tree) { tree.EnableDefaultHandler(true, true); }, "line 300"},
-    };
     hlxParseConf tree;
-    for (const auto& each : cases)
-        EXPECT_DEATH(each.use(tree), std::string("m_p != NULL.*ExpatImpl.*") + each.line);
+    const std::string guard = "m_p != NULL.*ExpatImpl.*line ";
+    EXPECT_DEATH(tree.Parse("<a/>", -1, true), guard + "156");
+    EXPECT_DEATH(tree.EnableStartElementHandler(true), guard + "222");
+    EXPECT_DEATH(tree.EnableEndElementHandler(true), guard + "230");
+    EXPECT_DEATH(tree.EnableCharacterDataHandler(true), guard + "247");
+    EXPECT_DEATH(tree.EnableCommentHandler(true), guard + "265");
+    EXPECT_DEATH(tree.EnableDefaultHandler(true, true), guard + "300");
 }
 
 }  // namespace
