@@ -30,7 +30,7 @@ void CDownloadDialog::FillList() {
         if (!record.IsFailure()) continue;
         if (record.HasTime() && !IsWithinResultWindow(lastWrite, record.m_time)) continue;
         record.FillInTime();
-        if (m_list.AddRow(rows, {walk.Name()}, record)) ++rows;
+        if (m_listResults.AddRow(rows, {walk.Name()}, record)) ++rows;
     }
-    m_list.SetSortColumn(kTimeColumn, true);
+    m_listResults.SetSortColumn(kTimeColumn, true);
 }

@@ -10,8 +10,9 @@ class CDownloadDialog : public CUpdateDialogImpl<CDownloadDialog> {
     static constexpr UpdateDialogTexts kTexts{IDS_FAILED_CAPTION, IDS_FAILED_INTRO,
                                               IDS_FAILED_LABEL};
 
+    auto& List() { return m_listResults; }
     void FillList();
     void OnAnswer(WORD id) { RequestDownloadIfConfirmed(id); }
 
-    CDownloadResultsListView m_list;
+    CDownloadResultsListView m_listResults;
 };

@@ -33,8 +33,9 @@ int CFittedListView::SetCell(int row, int column, const std::string& text) {
     else if (!SetItemText(row, column, text.c_str()))
         row = -1;
     if (row == -1) return -1;
-    int& width = m_aColumnWidths[static_cast<std::size_t>(column)];
-    width = std::max(width, GetStringWidth(text.c_str()) + kMargin);
+    if (const auto index = static_cast<std::size_t>(column); index < m_aColumnWidths.size())
+        m_aColumnWidths[index] =
+            std::max(m_aColumnWidths[index], GetStringWidth(text.c_str()) + kMargin);
     return row;
 }
 

@@ -18,16 +18,17 @@ void CInstallDialog::FillList() {
         record.FillInTime();
         const InstalledProduct product = FindInstalledProduct(walk.Name().c_str());
         if (product.name.empty()) continue;
-        if (m_list.AddRow(rows, {product.name, product.version}, record)) ++rows;
+        if (m_listResults.AddRow(rows, {product.name, product.version}, record)) ++rows;
     }
-    m_list.SetSortColumn(kTimeColumn, true);
+    m_listResults.SetSortColumn(kTimeColumn, true);
 }
 
 // Only the first row decides on the reboot.
 void CInstallDialog::OnListFilled() {
     constexpr UINT kSelectedAndFocused = LVIS_SELECTED | LVIS_FOCUSED;
-    if (m_list.SetItemState(0, kSelectedAndFocused, kSelectedAndFocused)) m_list.EnsureVisible(0);
-    const UpdateResultRecord* first = m_list.GetRecord(0);
+    if (m_listResults.SetItemState(0, kSelectedAndFocused, kSelectedAndFocused))
+        m_listResults.EnsureVisible(0);
+    const UpdateResultRecord* first = m_listResults.GetRecord(0);
     m_bRebootOffered = first && NeedsReboot(first->m_dwResult) && EnableReboot();
 }
 

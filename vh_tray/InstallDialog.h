@@ -10,6 +10,7 @@ class CInstallDialog : public CUpdateDialogImpl<CInstallDialog> {
     static constexpr UpdateDialogTexts kTexts{IDS_INSTALLED_CAPTION, IDS_INSTALLED_INTRO,
                                               IDS_INSTALLED_LABEL};
 
+    auto& List() { return m_listResults; }
     void FillList();
     void OnListFilled();
     void SetUpButtons();
@@ -19,5 +20,5 @@ class CInstallDialog : public CUpdateDialogImpl<CInstallDialog> {
     void LeaveOnlyOk();
 
     bool m_bRebootOffered = false;
-    CInstallResultsListView m_list;
+    CInstallResultsListView m_listResults;
 };

@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <mbstring.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -24,6 +25,12 @@ struct Free {
     void operator()(char* text) const { free(text); }
 };
 
+// The digits at the start of the token; a number too large is the largest there is.
+std::uint32_t ToNumber(const char* token) {
+    constexpr unsigned long kLargest = UINT32_MAX;
+    return static_cast<std::uint32_t>(std::min(strtoul(token, nullptr, 10), kLargest));
+}
+
 Version Parse(const char* text) {
     const std::unique_ptr<char, Free> copy(_strdup(text));
     if (!copy || !*copy) throw kUnreadable;
@@ -32,7 +39,7 @@ Version Parse(const char* text) {
     for (std::uint32_t& number : version) {
         const unsigned char* token = _mbstok(rest, reinterpret_cast<const unsigned char*>(".-"));
         if (!token) throw kTooFewNumbers;
-        number = static_cast<std::uint32_t>(atoi(reinterpret_cast<const char*>(token)));
+        number = ToNumber(reinterpret_cast<const char*>(token));
         rest = nullptr;
     }
     return version;

@@ -77,15 +77,12 @@ void CResultListView::OnColumnInserted(int column) {
 
 bool CResultListView::AddRow(int row, std::initializer_list<std::string> texts,
                              const UpdateResultRecord& record) {
+    auto text = texts.begin();
+    row = SetCell(row, 0, *text++);
+    if (row == -1) return false;
     auto owned = std::make_unique<UpdateResultRecord>(record);
-    int column = 0;
-    for (const std::string& text : texts) {
-        row = SetCell(row, column, text);
-        if (row == -1) return false;
-        if (column == 0 && SetItemParam(row, reinterpret_cast<LPARAM>(owned.get())))
-            owned.release();
-        ++column;
-    }
+    if (SetItemData(row, reinterpret_cast<LPARAM>(owned.get()))) owned.release();
+    for (int column = 1; text != texts.end(); ++column) SetCell(row, column, *text++);
     SetCell(row, m_columns.timeColumn, FormatResultTime(record, m_columns.timeCapacity));
     SetCell(row, m_columns.resultColumn, FormatResultReason(record));
     return true;
@@ -134,18 +131,35 @@ bool CResultListView::DoSortItems(int column, bool descending) {
         GetItemText(row, column, entry.key, kSortKeyCapacity);
         entry.key[kSortKeyCapacity - 1] = '\0';
     }
-    for (int row = 0; row < rows; ++row)
-        SetItemParam(row, reinterpret_cast<LPARAM>(&entries[static_cast<std::size_t>(row)]));
-
-    const SortOrder order{*this, column, descending};
-    const bool sorted = SortItems(CompareEntries, reinterpret_cast<LPARAM>(&order));
-
-    for (int row = 0; row < rows; ++row) {
-        const auto* entry = reinterpret_cast<const SortEntry*>(GetItemParam(row));
-        SetItemParam(row, reinterpret_cast<LPARAM>(entry->record));
+    bool sorted = LendRowsTo(entries);
+    if (sorted) {
+        const SortOrder order{*this, column, descending};
+        sorted = SortItems(CompareEntries, reinterpret_cast<LPARAM>(&order));
     }
+    TakeRowsBack(entries);
     if (sorted) SetSortColumn(column, descending);
     return sorted;
+}
+
+// Puts each row's entry in the place of its record. False: the control has refused one, and no row
+// is to be compared.
+bool CResultListView::LendRowsTo(const std::vector<SortEntry>& entries) {
+    for (std::size_t row = 0; row < entries.size(); ++row)
+        if (!SetItemData(static_cast<int>(row), reinterpret_cast<LPARAM>(&entries[row])))
+            return false;
+    return true;
+}
+
+// Gives each row that has an entry its record back.
+void CResultListView::TakeRowsBack(const std::vector<SortEntry>& entries) {
+    const auto first = reinterpret_cast<LPARAM>(entries.data());
+    const auto end = reinterpret_cast<LPARAM>(entries.data() + entries.size());
+    for (int row = 0; row < static_cast<int>(entries.size()); ++row) {
+        const LPARAM data = GetItemData(row);
+        if (data < first || data >= end) continue;
+        const auto* record = reinterpret_cast<const SortEntry*>(data)->record;
+        SetItemData(row, reinterpret_cast<LPARAM>(record));
+    }
 }
 
 SortKind CResultListView::KindOf(int column) const {
@@ -179,8 +193,7 @@ int CResultListView::CompareItemsCustom(const UpdateResultRecord& a, const Updat
                                         int column) const {
     // A time that is none stands before all others.
     if (column == m_columns.timeColumn)
-        return Order(ToAutomationDate(a.m_time).value_or(0),
-                     ToAutomationDate(b.m_time).value_or(0));
+        return Order(ToAutomationDate(a.m_time), ToAutomationDate(b.m_time));
     if (column == m_columns.resultColumn) return Order(a.m_dwResult, b.m_dwResult);
     return 0;
 }

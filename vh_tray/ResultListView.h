@@ -2,7 +2,10 @@
 // result store, sorted by a click on a header.
 #pragma once
 
+#include <initializer_list>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "FittedListView.h"
 #include "SortArrow.h"
@@ -40,7 +43,7 @@ public:
 
     // The record of a row, which owns it; null if there is no such row.
     const UpdateResultRecord* GetRecord(int row) const {
-        return reinterpret_cast<const UpdateResultRecord*>(GetItemParam(row));
+        return reinterpret_cast<const UpdateResultRecord*>(GetItemData(row));
     }
 
     // Marks the column with an arrow; sorts nothing.
@@ -62,6 +65,8 @@ private:
     struct SortOrder;
     static int CALLBACK CompareEntries(LPARAM a, LPARAM b, LPARAM order);
 
+    bool LendRowsTo(const std::vector<SortEntry>& entries);
+    void TakeRowsBack(const std::vector<SortEntry>& entries);
     void OnColumnInserted(int column);
     void OnHeaderClick(const NMHEADERA& click);
     SortKind KindOf(int column) const;

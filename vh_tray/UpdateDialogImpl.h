@@ -22,7 +22,7 @@ struct UpdateDialogTexts {
 
 // T derives from this and supplies
 //   static constexpr UpdateDialogTexts kTexts
-//   m_list, the list control, with SetupColumns()
+//   List()               the list control, with SetupColumns()
 //   FillList()           writes the rows
 //   OnAnswer(id)         before the dialog ends with the button `id`
 // and, where it has something to do there,
@@ -84,7 +84,7 @@ private:
     }
 
     void StartList() {
-        auto& list = Self().m_list;
+        auto& list = Self().List();
         if (!list.m_hWnd) list.SubclassWindow(this->GetDlgItem(IDC_RESULT_LIST));
         list.SetRedraw(false);
         list.SetupColumns();

@@ -27,6 +27,7 @@ bool CRecordWalk::NextBinaryRecord() {
         const LSTATUS status = RegEnumValueA(m_hKey, m_index++, m_name.data(), &length, nullptr,
                                              nullptr, nullptr, nullptr);
         if (status == ERROR_NO_MORE_ITEMS) return false;
+        if (status == ERROR_MORE_DATA) continue;  // a name that is too long
         if (status != ERROR_SUCCESS) {
             ++failures;
             continue;

@@ -13,6 +13,6 @@ void CUpdateListViewCtl::SetupColumns() {
 void CUpdatesDialog::FillList() {
     CSwCacheRecord update;
     if (!update.Read() || !IsNewerVersion(update.Version())) return;
-    const int row = m_list.SetCell(0, 0, update.Name());
-    if (row != -1) m_list.SetCell(row, 1, update.Version());
+    const int row = m_listUpdates.SetCell(0, 0, update.Name());
+    if (row != -1) m_listUpdates.SetCell(row, 1, update.Version());
 }

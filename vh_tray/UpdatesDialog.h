@@ -19,8 +19,9 @@ class CUpdatesDialog : public CUpdateDialogImpl<CUpdatesDialog> {
     static constexpr UpdateDialogTexts kTexts{IDS_AVAILABLE_CAPTION, IDS_AVAILABLE_INTRO,
                                               IDS_AVAILABLE_LABEL};
 
+    auto& List() { return m_listUpdates; }
     void FillList();
     void OnAnswer(WORD id) { RequestDownloadIfConfirmed(id); }
 
-    CUpdateListViewCtl m_list;
+    CUpdateListViewCtl m_listUpdates;
 };

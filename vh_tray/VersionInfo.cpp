@@ -35,6 +35,7 @@ int CVersionInfo::LoadModule(HMODULE module) {
 }
 
 int CVersionInfo::LoadFile(LPCSTR path) {
+    m_bLoaded = FALSE;
     if (!LoadBlock(path)) {
         m_dwLastError = GetLastError();
         m_pData.reset();
@@ -63,6 +64,10 @@ bool CVersionInfo::LoadBlock(LPCSTR path) {
     if (!GetFileVersionInfoA(path, m_dwHandle, m_dwSize, m_pData.get()) ||
         !VerQueryValueA(m_pData.get(), "\\", &fixedInfo, &length))
         return false;
+    if (length < sizeof(VS_FIXEDFILEINFO)) {
+        SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
+        return false;
+    }
     m_pFixedInfo = static_cast<const VS_FIXEDFILEINFO*>(fixedInfo);
     return true;
 }

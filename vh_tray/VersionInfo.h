@@ -13,7 +13,7 @@ public:
     CVersionInfo(const CVersionInfo&) = delete;
     CVersionInfo& operator=(const CVersionInfo&) = delete;
 
-    // Load the version block, once in the object's life; 1 or 0. A null module is the program.
+    // Load the version block; 1 or 0. A null module is the program.
     int LoadFile(LPCSTR path);
     int LoadModule(HMODULE module);
 

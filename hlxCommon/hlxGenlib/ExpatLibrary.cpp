@@ -17,9 +17,7 @@ ExpatFunctions g_functions;
 
 HMODULE FindLibrary() {
     if (const HMODULE found = LoadLibraryA(kFileName)) return found;
-    std::string path = hlx_agentDirectory();
-    if (!path.empty() && path.back() != '\\') path += '\\';
-    return LoadLibraryA((path + kFileName).c_str());
+    return LoadLibraryA(hlx_agentFile(kFileName).c_str());
 }
 
 template <class Function>

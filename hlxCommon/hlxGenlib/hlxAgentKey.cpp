@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr DWORD kDirectoryCapacity = 2048;
+
 class AgentKey {
 public:
     AgentKey() {
@@ -22,22 +24,26 @@ private:
     HKEY m_key = nullptr;
 };
 
-}  // namespace
-
-std::string hlx_agentDirectory() {
+std::string AgentDirectory() {
     const AgentKey key;
-    DWORD type = 0;
-    DWORD size = 0;
-    if (!key.Handle() ||
-        RegQueryValueExA(key.Handle(), nullptr, nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
-        return {};
+    DWORD type = REG_NONE;
+    DWORD size = kDirectoryCapacity;
     std::string text(size, '\0');
-    if (RegQueryValueExA(key.Handle(), nullptr, nullptr, &type,
+    if (!key.Handle() ||
+        RegQueryValueExA(key.Handle(), nullptr, nullptr, &type,
                          reinterpret_cast<BYTE*>(text.data()), &size) != ERROR_SUCCESS ||
         (type != REG_SZ && type != REG_EXPAND_SZ))
         return {};
     text.resize(size);
     return text.substr(0, text.find('\0'));  // the stored text may or may not count its end
+}
+
+}  // namespace
+
+std::string hlx_agentFile(const char* fileName) {
+    std::string path = AgentDirectory();
+    if (!path.empty() && path.back() != '\\') path += '\\';
+    return path + fileName;
 }
 
 std::optional<std::int32_t> hlx_readUseTcp() {

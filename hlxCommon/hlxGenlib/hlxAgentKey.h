@@ -8,9 +8,9 @@
 // Its default value is the agent's directory.
 constexpr char kHlxAgentKey[] = "SOFTWARE\\Corvane Systems\\TessaraLink";
 
-// Gives the agent's directory as it stands in the key, references to the environment not expanded
-// and with or without a separator at its end; empty if there is none of a text type.
-std::string hlx_agentDirectory();
+// Gives the path of a file in the agent's directory. Without a directory, or with one of 2048 bytes
+// and more, it is the bare file name. References to the environment are not expanded.
+std::string hlx_agentFile(const char* fileName);
 
 // Gives the key's value UseTCP, 0 if it is missing; nothing if the key cannot be opened.
 std::optional<std::int32_t> hlx_readUseTcp();

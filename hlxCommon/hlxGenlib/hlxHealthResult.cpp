@@ -2,7 +2,6 @@
 
 #include <winsock2.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <cstring>

@@ -100,7 +100,7 @@ HlxResult hlx_logAddSink(HlxLogContext* context, std::int32_t type, const void* 
 // rotated, else 0. The library never calls it by itself.
 std::int32_t hlx_logRotate(HlxLogContext* context, const char* path);
 
-// Take effect at the next statement. A null context is ignored, and has level and mask 0.
+// To be called before other threads log. A null context is ignored, and has level and mask 0.
 void hlx_logSetLevel(HlxLogContext* context, std::int32_t level);
 void hlx_logSetMask(HlxLogContext* context, std::uint32_t mask);
 std::int32_t hlx_logGetLevel(const HlxLogContext* context);

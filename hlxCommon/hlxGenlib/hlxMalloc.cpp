@@ -126,7 +126,7 @@ void hlxmalloc_report() {
     const unsigned long failed = g_mf_failed_malloc;
     const unsigned long zeroRequests = g_mf_zero_malloc;
     const unsigned long zeroReleases = g_mf_zero_free;
-    const long difference = static_cast<std::int32_t>(g_mf_total_malloc - g_mf_total_free);
+    const long difference = static_cast<std::int32_t>(allocated - released);
 
     hlx_log(log, 3, area, "hlxmalloc_report: ");
     if (outstanding != difference)

@@ -53,14 +53,16 @@ HlxResult hlx_getSwCache(const char* path, char* name, std::uint32_t nameSize, c
 HlxResult hlx_setSwCache(const char* path, const char* name, const char* version, const char* third,
                          const char* fourth) {
     const int oldMask = _umask(kOwnerWritesAllRead);
-    const File file = Open(path, "w");
+    File file = Open(path, "w");
+    const HlxResult result = file ? HLX_DONE : HLX_NO_FILE;
     if (file)
         std::fprintf(file.get(), "%s:%s:%s:%s\n", name, version, third, fourth);
     else
         hlx_log(hlx_logGetDefault(), 1, HLX_AREA_SWCACHE, "hlx_setSwCache: unable to open %s",
                 path);
+    file.reset();
     _umask(oldMask);
-    return file ? HLX_DONE : HLX_NO_FILE;
+    return result;
 }
 
 HlxResult hlx_removeSwCache(const char* path) {

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "frame/AppModule.h"
 #include "frame/Window.h"
 
@@ -45,14 +47,16 @@ protected:
 
 private:
     static CDialogImplBase* FromWindow(HWND window) {
-        if (CDialogImplBase* newcomer = Newcomer()) {
-            Newcomer() = nullptr;
+        if (const LONG_PTR bound = GetWindowLongPtrA(window, GWLP_USERDATA))
+            return reinterpret_cast<CDialogImplBase*>(bound);
+        CDialogImplBase* const newcomer = std::exchange(Newcomer(), nullptr);
+        if (newcomer) {
             newcomer->m_hWnd = window;
             SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(newcomer));
             SetWindowLongPtrA(window, DWLP_DLGPROC,
                               reinterpret_cast<LONG_PTR>(newcomer->GetDialogProc()));
         }
-        return reinterpret_cast<CDialogImplBase*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+        return newcomer;
     }
 };
 

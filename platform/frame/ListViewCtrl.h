@@ -66,15 +66,15 @@ public:
         item.cchTextMax = capacity;
         this->SendMessage(LVM_GETITEMTEXTA, Index(row), reinterpret_cast<LPARAM>(&item));
     }
-    bool SetItemParam(int row, LPARAM param) const {
+    bool SetItemData(int row, LPARAM data) const {
         LVITEMA item{};
         item.mask = LVIF_PARAM;
         item.iItem = row;
-        item.lParam = param;
+        item.lParam = data;
         return this->SendMessage(LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item)) != 0;
     }
     // 0 if the row does not exist or has none.
-    LPARAM GetItemParam(int row) const {
+    LPARAM GetItemData(int row) const {
         LVITEMA item{};
         item.mask = LVIF_PARAM;
         item.iItem = row;

@@ -1,4 +1,5 @@
-// The windows whose controls follow the state of the program's commands.
+// The place where a window says that its controls follow the state of the program's commands. This
+// program has no such commands: its windows are only noted.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +9,6 @@
 template <class T>
 class CUpdateUI {
 public:
-    // The window's child controls take part in updates. Its handle is kept until the object goes.
     void UIAddChildWindowContainer(HWND container) { m_containers.push_back(container); }
 
 protected:
