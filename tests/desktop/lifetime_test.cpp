@@ -1,6 +1,7 @@
 // The applet's start and end: one instance, the start window, the exit codes, an empty tray.
 #include <cstdlib>
 
+#include "src/system.h"
 #include "story.h"
 
 using testing::ElementsAre;
@@ -45,6 +46,19 @@ TEST_F(Lifetime, DoesNotStartWhenTheMutexOrTheDialogCannotBeMade) {
         desktop::Session session([] { return WinMain(nullptr, nullptr, nullptr, 0); });
         desktop::Advance(0ms);
         EXPECT_EQ(session.ExitCode(), 0) << operation;
+    }
+}
+
+TEST_F(Lifetime, TheMutexSpansSessionsWhereThereAreSome) {
+    for (const auto& [major, prefix] : {std::pair{5u, "Global\\"}, {4u, ""}}) {
+        win32::SetWindowsVersion(major, 0);
+        Start();
+        const std::string name =
+            std::string(prefix) + "HLXVHTRAY_{5D1C7E20-9B44-4a36-A1F7-3C6E08D2B7F9}";
+        const HANDLE mutex = CreateMutexA(nullptr, FALSE, name.c_str());
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_ALREADY_EXISTS}) << name;
+        CloseHandle(mutex);
+        End();
     }
 }
 

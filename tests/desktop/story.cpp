@@ -6,9 +6,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
+
+#include "../unit/hex.h"
 
 namespace {
 
@@ -133,14 +134,8 @@ void Story::WriteText(const char* key, const char* name, const std::string& text
 std::vector<std::string> Story::Frames() const {
     std::vector<std::string> frames;
     unsigned char bytes[1024];
-    for (ssize_t size; (size = recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT)) >= 0;) {
-        std::string& text = frames.emplace_back();
-        for (ssize_t i = 0; i < size; ++i) {
-            char digits[4];
-            std::snprintf(digits, sizeof digits, "%s%02x", i ? " " : "", bytes[i]);
-            text += digits;
-        }
-    }
+    for (ssize_t size; (size = recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT)) >= 0;)
+        frames.push_back(Hex(bytes, static_cast<std::size_t>(size)));
     return frames;
 }
 

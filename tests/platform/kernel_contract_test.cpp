@@ -163,20 +163,6 @@ TEST_F(Registry, ANotificationFiresOnceForValuesOfTheSubtreeAndAtTheClose) {
     CloseHandle(event);
 }
 
-TEST_F(Registry, TheLastWriteIsNow) {
-    FILETIME before, written, after;
-    GetSystemTimeAsFileTime(&before);
-    Set(key, "v", "x");
-    GetSystemTimeAsFileTime(&after);
-    DWORD values = 0;
-    ASSERT_EQ(RegQueryInfoKeyA(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values,
-                               nullptr, nullptr, nullptr, &written),
-              0);
-    EXPECT_EQ(values, 1u);
-    EXPECT_GE(Ticks(written), Ticks(before));
-    EXPECT_LE(Ticks(written), Ticks(after));
-}
-
 TEST(Waits, TellWhichEventAndResetTheAutomatic) {
     const HANDLE automatic = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     const HANDLE manual = CreateEventA(nullptr, TRUE, TRUE, nullptr);
@@ -277,29 +263,6 @@ TEST(Texts, AreOrderedAsInADictionary) {
         EXPECT_LT(lstrcmpA(first, second), 0) << first << ' ' << second;
     EXPECT_EQ(lstrcmpiA("a", "A"), 0);
     EXPECT_LT(lstrcmpiA("a", "B"), 0);
-}
-
-TEST(Modules, TheProgramHasAVersionBlock) {
-    char path[MAX_PATH];
-    EXPECT_EQ(GetModuleFileNameA(nullptr, path, 4), 4u) << "cut";
-    ASSERT_GT(GetModuleFileNameA(nullptr, path, sizeof path), 0u);
-    std::vector<char> block(GetFileVersionInfoSizeA(path, nullptr));
-    ASSERT_TRUE(GetFileVersionInfoA(path, 0, static_cast<DWORD>(block.size()), block.data()));
-    const struct {
-        const char* query;
-        BOOL isThere;
-        UINT length;  // text: with its NUL
-    } cases[] = {{"\\", TRUE, sizeof(VS_FIXEDFILEINFO)},
-                 {"\\VarFileInfo\\Translation", TRUE, 4},
-                 {"\\StringFileInfo\\040904b0\\ProductVersion", TRUE, sizeof "4.2.7-1"},
-                 {"\\StringFileInfo\\040904b0\\None", FALSE, 0}};
-    for (const auto& each : cases) {
-        void* value = nullptr;
-        UINT length = 0;
-        EXPECT_EQ(VerQueryValueA(block.data(), each.query, &value, &length), each.isThere);
-        EXPECT_EQ(length, each.length) << each.query;
-    }
-    EXPECT_EQ(GetFileVersionInfoSizeA("no such file", nullptr), 0u);
 }
 
 }  // namespace

@@ -128,19 +128,6 @@ TEST(Processes, ANamedMutexAndAWriterAreSeenFromOutside) {
     std::filesystem::remove(path);
 }
 
-TEST(Process, KnowsItsWindowsAndCountsWhatItHasStarted) {
-    OSVERSIONINFOA version = {};
-    version.dwOSVersionInfoSize = sizeof version;
-    win32::SetWindowsVersion(4, 0);
-    EXPECT_TRUE(GetVersionExA(&version));
-    EXPECT_EQ(version.dwMajorVersion, 4u);
-    EXPECT_EQ(CoInitialize(nullptr), S_OK);
-    EXPECT_EQ(CoInitialize(nullptr), S_FALSE);
-    EXPECT_EQ(win32::ComStartups(), 2);
-    for (int i = 0; i < 3; ++i) CoUninitialize();
-    EXPECT_EQ(win32::ComStartups(), 0);
-}
-
 using Bytes = std::vector<std::byte>;
 
 // A file of numbers, each behind its offset, and the rest behind the last of them.

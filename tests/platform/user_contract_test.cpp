@@ -114,16 +114,6 @@ TEST_F(UserContract, PostedMessagesComeBeforeTheQuitMessageAndThatBeforeTimers) 
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
 }
 
-TEST_F(UserContract, WindowsAreFoundByClassAndCaption) {
-    const HWND page = Make(m_dialog, 101);
-    ASSERT_TRUE(page);
-    EXPECT_EQ(FindWindowA(MAKEINTATOM(32770), "A dialog"), m_dialog);
-    EXPECT_EQ(FindWindowExA(m_dialog, nullptr, MAKEINTATOM(32770), "A page"), page);
-    EXPECT_EQ(FindWindowExA(m_dialog, nullptr, "sysLISTview32", nullptr), m_list);
-    EXPECT_EQ(FindWindowA(MAKEINTATOM(32770), "A page"), nullptr);
-    EXPECT_TRUE(GetDlgItem(page, 200)) << "the older format of a template";
-}
-
 TEST_F(UserContract, TheCloseBoxAndTheKeyboardBecomeCommands) {
     for (const auto& [message, key] :
          {std::pair{WM_CLOSE, 0}, {WM_KEYDOWN, VK_ESCAPE}, {WM_KEYDOWN, VK_RETURN}}) {
@@ -205,22 +195,6 @@ TEST_F(UserContract, TheParentHearsOfEachRowThatGoesAlsoWhenTheControlIsDestroye
     DestroyWindow(m_dialog);
     std::sort(m_script.deleted.begin(), m_script.deleted.end());
     EXPECT_EQ(m_script.deleted, (std::vector<LPARAM>{10, 11, 12}));
-}
-
-TEST_F(UserContract, StringsAreCutAtTheCapacityAndMissingOnesGiveNothing) {
-    const struct {
-        UINT id;
-        int capacity, length;
-        const char* text;
-    } cases[] = {{129, 32, 0, ""},
-                 {9999, 32, 0, ""},
-                 {128, 32, 16, "First of a block"},
-                 {143, 5, 4, "Last"}};
-    for (const auto& each : cases) {
-        char text[32] = "";
-        EXPECT_EQ(LoadStringA(nullptr, each.id, text, each.capacity), each.length) << each.id;
-        EXPECT_STREQ(text, each.text);
-    }
 }
 
 }  // namespace

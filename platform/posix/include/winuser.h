@@ -185,7 +185,6 @@ BOOL WINAPI EndDialog(HWND dialog, INT_PTR result);
 HWND WINAPI GetDlgItem(HWND dialog, int id);
 int WINAPI GetDlgCtrlID(HWND window);
 BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
-UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR text, int capacity);
 BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message);
 LRESULT WINAPI DefDlgProcA(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
@@ -211,10 +210,6 @@ BOOL WINAPI MessageBeep(UINT type);
 #define TPM_RIGHTBUTTON 0x0002
 HMENU WINAPI LoadMenuA(HINSTANCE instance, LPCSTR name);
 HMENU WINAPI GetSubMenu(HMENU menu, int position);
-int WINAPI GetMenuItemCount(HMENU menu);
-UINT WINAPI GetMenuItemID(HMENU menu, int position);
-int WINAPI GetMenuStringA(HMENU menu, UINT item, LPSTR text, int capacity, UINT flags);
-UINT WINAPI GetMenuDefaultItem(HMENU menu, UINT byPosition, UINT flags);
 BOOL WINAPI SetMenuDefaultItem(HMENU menu, UINT item, UINT byPosition);
 BOOL WINAPI TrackPopupMenu(HMENU menu, UINT flags, int x, int y, int reserved, HWND owner,
                            const RECT* rect);

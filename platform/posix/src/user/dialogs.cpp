@@ -220,11 +220,6 @@ BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) {
     return control && SetWindowTextA(control, text);
 }
 
-UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR text, int capacity) {
-    const HWND control = GetDlgItem(dialog, id);
-    return control ? static_cast<UINT>(GetWindowTextA(control, text, capacity)) : 0;
-}
-
 // Enter and Escape become commands; any other message to the dialog or its controls is dispatched.
 BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message) {
     if (!message->hwnd || (message->hwnd != dialog && !IsChild(dialog, message->hwnd)))

@@ -94,30 +94,6 @@ HMENU WINAPI GetSubMenu(HMENU menu, int position) {
     return item ? item->popup : nullptr;
 }
 
-int WINAPI GetMenuItemCount(HMENU menu) {
-    const auto found = MenuOrError(menu);
-    return found ? static_cast<int>(found->items.size()) : -1;
-}
-
-UINT WINAPI GetMenuItemID(HMENU menu, int position) {
-    const auto found = MenuOrError(menu);
-    const MenuItem* item = ItemAt(found, position);
-    return item && !item->popup ? item->id : static_cast<UINT>(-1);
-}
-
-int WINAPI GetMenuStringA(HMENU menu, UINT item, LPSTR text, int capacity, UINT flags) {
-    const auto found = MenuOrError(menu);
-    if (!found) return 0;
-    if (flags & MF_BYPOSITION) {
-        const MenuItem* at = ItemAt(found, static_cast<int>(item));
-        return at ? HandOut(at->text, text, capacity) : 0;
-    }
-    for (const MenuItem& candidate : found->items)
-        if (!candidate.popup && candidate.id == item)
-            return HandOut(candidate.text, text, capacity);
-    return 0;
-}
-
 BOOL WINAPI SetMenuDefaultItem(HMENU menu, UINT item, UINT byPosition) {
     const auto found = MenuOrError(menu);
     if (!found) return FALSE;
@@ -129,14 +105,6 @@ BOOL WINAPI SetMenuDefaultItem(HMENU menu, UINT item, UINT byPosition) {
     for (const MenuItem& candidate : found->items)
         if (candidate.id == item) return found->defaultItem = item, TRUE;
     return FALSE;
-}
-
-UINT WINAPI GetMenuDefaultItem(HMENU menu, UINT byPosition, UINT) {
-    const auto found = MenuOrError(menu);
-    if (!found || !byPosition) return found ? found->defaultItem : static_cast<UINT>(-1);
-    for (std::size_t i = 0; i < found->items.size(); ++i)
-        if (found->items[i].id == found->defaultItem) return static_cast<UINT>(i);
-    return static_cast<UINT>(-1);
 }
 
 // The choice is posted to the owner as a command. The menu goes with its owner.
