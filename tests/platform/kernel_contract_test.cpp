@@ -257,12 +257,4 @@ TEST(Dates, AutomationDatesAndTexts) {
     EXPECT_EQ(GetTimeFormatA(LOCALE_USER_DEFAULT, TIME_NOSECONDS, &time, nullptr, text, 7), 0);
 }
 
-TEST(Texts, AreOrderedAsInADictionary) {
-    for (const auto& [first, second] :
-         {std::pair{"a", "B"}, {"a", "A"}, {"9", "a"}, {"_", "9"}, {"ab", "abc"}})
-        EXPECT_LT(lstrcmpA(first, second), 0) << first << ' ' << second;
-    EXPECT_EQ(lstrcmpiA("a", "A"), 0);
-    EXPECT_LT(lstrcmpiA("a", "B"), 0);
-}
-
 }  // namespace

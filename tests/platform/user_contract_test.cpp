@@ -153,24 +153,6 @@ TEST_F(UserContract, TheQuitMessageEndsAModalDialogAndStaysForTheLoopOutside) {
     EXPECT_EQ(message.wParam, 9u);
 }
 
-TEST_F(UserContract, ListsKeepCopiesOfTheirTextsAndCutWhatTheyHandOut) {
-    AddColumns(2);
-    std::string text = "first";
-    EXPECT_EQ(AddRow(text.c_str(), 11), 0);
-    text = "gone!";
-    EXPECT_EQ(AddRow("behind", 12), 1);
-    LVITEMA cell{};
-    cell.mask = LVIF_TEXT;
-    cell.iSubItem = 1;
-    cell.pszText = const_cast<LPSTR>("second cell");
-    EXPECT_TRUE(ToList(LVM_SETITEMA, 0, &cell));
-    cell.iItem = 5;
-    EXPECT_FALSE(ToList(LVM_SETITEMA, 0, &cell));
-    EXPECT_EQ(Cell(0, 0), "first");
-    EXPECT_EQ(Cell(0, 1, 7).substr(0, 6), "second") << "with or without room for the NUL";
-    EXPECT_EQ(Cell(1, 1), "");
-}
-
 TEST_F(UserContract, RowsAreSelectedOneAtATimeAndSortedByTheirParameters) {
     AddColumns(1);
     for (const LPARAM value : {20, 30, 10}) AddRow(std::to_string(value).c_str(), value);
