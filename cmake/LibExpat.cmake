@@ -10,9 +10,13 @@ if(NOT WIN32)
     return()
 endif()
 
-set(VH_EXPAT_SOURCE ${CMAKE_BINARY_DIR}/expat-source
-    CACHE PATH "expat's source tree; fetched with apt when there is none")
-execute_process(COMMAND ${CMAKE_SOURCE_DIR}/setup/fetch-expat ${VH_EXPAT_SOURCE} COMMAND_ERROR_IS_FATAL ANY)
+set(VH_EXPAT_SOURCE "" CACHE PATH "expat's source tree; empty: the distribution's, fetched with apt")
+if(VH_EXPAT_SOURCE STREQUAL "")
+    set(expat_source ${CMAKE_BINARY_DIR}/expat-source)
+    execute_process(COMMAND ${CMAKE_SOURCE_DIR}/setup/fetch-expat ${expat_source} COMMAND_ERROR_IS_FATAL ANY)
+else()
+    set(expat_source ${VH_EXPAT_SOURCE})
+endif()
 
 set(EXPAT_BUILD_DOCS OFF CACHE INTERNAL "")
 set(EXPAT_BUILD_EXAMPLES OFF CACHE INTERNAL "")
@@ -23,7 +27,7 @@ set(EXPAT_ENABLE_INSTALL OFF CACHE INTERNAL "")
 # expat's own CMake defines XML_DTD without a value, which the distribution's patches compare; so it is
 # defined here instead, with the value that it has in the distribution's build.
 set(EXPAT_DTD OFF CACHE INTERNAL "")
-add_subdirectory(${VH_EXPAT_SOURCE} ${CMAKE_BINARY_DIR}/expat EXCLUDE_FROM_ALL)
+add_subdirectory(${expat_source} ${CMAKE_BINARY_DIR}/expat EXCLUDE_FROM_ALL)
 target_compile_definitions(expat PRIVATE XML_DTD=1)
 set_target_properties(expat PROPERTIES
     PREFIX ""
@@ -32,6 +36,6 @@ set_target_properties(expat PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
     EXCLUDE_FROM_ALL FALSE)
 target_link_options(expat PRIVATE -s -Wl,--nxcompat -Wl,--dynamicbase)
-target_include_directories(expat_headers SYSTEM INTERFACE ${VH_EXPAT_SOURCE}/lib)
+target_include_directories(expat_headers SYSTEM INTERFACE ${expat_source}/lib)
 # Whoever reads the headers wants the library beside its program.
 add_dependencies(expat_headers expat)

@@ -9,7 +9,7 @@ configure_file(${CMAKE_SOURCE_DIR}/packaging/READ_ME.txt ${CMAKE_BINARY_DIR}/REA
     @ONLY NEWLINE_STYLE CRLF)
 install(FILES ${CMAKE_BINARY_DIR}/READ_ME.txt DESTINATION . COMPONENT applet)
 # The parser's licence, and those of the runtime that is linked into both files.
-install(FILES ${VH_EXPAT_SOURCE}/COPYING DESTINATION licences RENAME expat.txt COMPONENT applet)
+install(FILES ${expat_source}/COPYING DESTINATION licences RENAME expat.txt COMPONENT applet)
 install(FILES /usr/share/doc/mingw-w64-i686-dev/copyright
     DESTINATION licences RENAME mingw-w64-runtime.txt COMPONENT applet)
 install(FILES /usr/share/doc/gcc-mingw-w64-i686-posix-runtime/copyright

@@ -16,9 +16,9 @@ CTrayMouseTrack::CTrayMouseTrack(HWND notifyWindow, UINT message, UINT wParam)
     : m_hNotifyWnd(notifyWindow),
       m_uMessage(message),
       m_wPostParam(wParam),
-      m_hStopEvent(CreateEventA(nullptr, FALSE, FALSE, nullptr)),
-      m_hThread(
-          reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, ThreadProc, this, 0, nullptr))) {}
+      m_hStopEvent(CreateEventA(nullptr, FALSE, FALSE, nullptr)) {
+    m_hThread = reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, ThreadProc, this, 0, nullptr));
+}
 
 CTrayMouseTrack::~CTrayMouseTrack() {
     if (m_hThread) {
@@ -31,10 +31,10 @@ CTrayMouseTrack::~CTrayMouseTrack() {
 
 void CTrayMouseTrack::OnMouseMove() {
     const CCriticalSectionLock guard(m_csMove);
-    POINT pointer{};
-    GetCursorPos(&pointer);
-    m_anchorX = pointer.x;
-    m_anchorY = pointer.y;
+    if (POINT pointer{}; GetCursorPos(&pointer)) {
+        m_ptAnchor.x = pointer.x;
+        m_ptAnchor.y = pointer.y;
+    }
     if (!m_bHovering.exchange(TRUE)) Post(WM_MOUSEHOVER);
 }
 
@@ -65,8 +65,8 @@ bool CTrayMouseTrack::HasLeft(Size& size) const {
     GetCursorPos(&pointer);
     SystemParametersInfoA(SPI_GETMOUSEHOVERWIDTH, 0, &size.width, 0);
     SystemParametersInfoA(SPI_GETMOUSEHOVERHEIGHT, 0, &size.height, 0);
-    return std::abs(pointer.x - m_anchorX) >= static_cast<LONG>(size.width) ||
-           std::abs(pointer.y - m_anchorY) >= static_cast<LONG>(size.height);
+    return std::abs(pointer.x - m_ptAnchor.x) >= static_cast<LONG>(size.width) ||
+           std::abs(pointer.y - m_ptAnchor.y) >= static_cast<LONG>(size.height);
 }
 
 void CTrayMouseTrack::Post(LPARAM what) const {

@@ -38,10 +38,11 @@ private:
     const HWND m_hNotifyWnd;
     const UINT m_uMessage;
     const UINT m_wPostParam;
-    std::atomic<LONG> m_anchorX{0};  // the pointer at the last move
-    std::atomic<LONG> m_anchorY{0};
+    struct {
+        std::atomic<LONG> x{0}, y{0};
+    } m_ptAnchor;  // the pointer at the last move
+    HANDLE m_hThread = nullptr;
+    const HANDLE m_hStopEvent;
     std::atomic<BOOL> m_bHovering{FALSE};  // on the icon: a leave post is still to come
     CCriticalSection m_csMove;
-    const HANDLE m_hStopEvent;
-    HANDLE m_hThread;
 };
