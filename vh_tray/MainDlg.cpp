@@ -48,6 +48,8 @@ CMainDlg::~CMainDlg() {
 BOOL CMainDlg::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam,
                                     LRESULT& result) {
     switch (message) {
+        case WM_NULL:  // also what a message is that could not be registered
+            return FALSE;
         case WM_INITDIALOG:
             result = OnInitDialog();
             return TRUE;
@@ -175,7 +177,12 @@ LRESULT CMainDlg::OnDestroy() {
 void CMainDlg::ReleaseUndelivered() {
     for (CRegisteredMessage* carrier : {&g_msgHealthResults, &g_msgSWUpdates}) {
         const UINT number = carrier->Number();
-        for (MSG message; PeekMessageA(&message, m_hWnd, number, number, PM_REMOVE);)
+        if (number == WM_NULL) continue;  // it would stand for every message
+        for (MSG message; PeekMessageA(&message, m_hWnd, number, number, PM_REMOVE);) {
+            // No filter keeps a quit message out.
+            if (message.message == WM_QUIT)
+                return PostQuitMessage(static_cast<int>(message.wParam));
             delete[] reinterpret_cast<char*>(message.lParam);
+        }
     }
 }

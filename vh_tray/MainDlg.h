@@ -56,7 +56,7 @@ public:
     BOOL OnIdle() override { return FALSE; }
 
 private:
-    // The strings of a transient icon.
+    // Id and strings of a transient icon.
     struct TransientIcon {
         UINT id;
         UINT tip;

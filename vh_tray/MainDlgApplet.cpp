@@ -2,6 +2,8 @@
 #include <windows.h>
 #include <cpl.h>
 
+#include <string>
+
 #include "CplPath.h"
 #include "MainDlg.h"
 #include "StringTable.h"

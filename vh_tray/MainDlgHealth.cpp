@@ -1,6 +1,8 @@
 // What a health result means for the user, and the request for a new one.
+#include <cstdint>
 #include <memory>
 #include <new>
+#include <string>
 
 #include "ExpatImpl.h"
 #include "MainDlg.h"

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Room for a text of the health icon, terminator included.
+// Room for a text of the health icon, terminator included: a byte less than a transient icon's.
 constexpr int kHealthTipCapacity = 127;
 constexpr int kHealthBalloonCapacity = 255;
 constexpr int kHealthTitleCapacity = 63;

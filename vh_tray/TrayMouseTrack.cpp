@@ -39,6 +39,7 @@ void CTrayMouseTrack::OnMouseMove() {
 }
 
 bool CTrayMouseTrack::Stop(DWORD limit) {
+    if (!m_hThread) return true;
     SetEvent(m_hStopEvent);
     return WaitForSingleObject(m_hThread, limit) != WAIT_TIMEOUT;
 }
