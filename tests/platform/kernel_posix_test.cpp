@@ -107,6 +107,23 @@ TEST_F(HeldClock, SettlingBringsInWhatOtherProcessesWrote) {
     CloseHandle(event);
 }
 
+// Wine leaves such a notification asleep, Windows does not.
+TEST(Processes, AWatchedKeyThatGoesSignalsAndIsWatchedNoMore) {
+    HKEY key = nullptr;
+    RegCreateKeyExA(HKEY_LOCAL_MACHINE, "Software\\Gone", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                    &key, nullptr);
+    const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    const auto arm = [&] {
+        return RegNotifyChangeKeyValue(key, TRUE, REG_NOTIFY_CHANGE_LAST_SET, event, TRUE);
+    };
+    ASSERT_EQ(arm(), 0);
+    ASSERT_EQ(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software\\Gone"), 0);
+    EXPECT_EQ(WaitForSingleObject(event, 5000), WAIT_OBJECT_0);
+    EXPECT_EQ(arm(), ERROR_KEY_DELETED);
+    RegCloseKey(key);
+    CloseHandle(event);
+}
+
 TEST(Processes, ANamedMutexAndAWriterAreSeenFromOutside) {
     const HANDLE mutex = CreateMutexA(nullptr, FALSE, "Local\\KernelPosix");
     const auto isThere = [](const char* name) {

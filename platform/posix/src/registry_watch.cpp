@@ -18,15 +18,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A value's file comes by being renamed, a subkey's folder by being made. A folder that is deleted
-// while the key is open shows as a change of its attributes.
-constexpr std::uint32_t kInteresting = IN_MOVED_TO | IN_DELETE | IN_CREATE | IN_ATTRIB | IN_ONLYDIR;
+// A value's file comes by being renamed, a subkey's folder by being made. That a folder goes while
+// its key is open shows in the folder above only.
+constexpr std::uint32_t kInteresting = IN_MOVED_TO | IN_DELETE | IN_CREATE | IN_ONLYDIR;
 
 struct Notification {
     std::shared_ptr<RegistryKey> key;
     bool subtree;
     std::shared_ptr<Event> event;
     std::map<int, std::string> folders = {};  // the watched ones, with their paths below the key
+    int above = -1;                           // the watched folder that the key stands in
 };
 
 struct Change {
@@ -51,8 +52,13 @@ public:
             const auto lock = machine::LockWorld();
             notification.event->signalled = false;
         }
+        std::error_code error;
+        const fs::path folder = fs::read_symlink(notification.key->FolderPath(), error);
+        notification.above = Watch(folder.parent_path());
         WatchFolder(notification, "");
         if (notification.folders.empty()) return ErrorOfErrno(errno);
+        // A key that went before it was watched would never show a change.
+        if (notification.key->IsDeleted()) return ERROR_KEY_DELETED;
         m_armed.push_back(std::move(notification));
         return ERROR_SUCCESS;
     }
@@ -90,10 +96,14 @@ private:
         }).detach();
     }
 
+    int Watch(const std::string& path) {
+        return inotify_add_watch(m_changes.Get(), path.c_str(), kInteresting);
+    }
+
     // Watches the folder and, for a subtree, those below; true if a value stands in one of them.
     bool WatchFolder(Notification& notification, const std::string& below) {
         const std::string path = notification.key->FolderPath() + "/" + below;
-        const int watch = inotify_add_watch(m_changes.Get(), path.c_str(), kInteresting);
+        const int watch = Watch(path);
         if (watch < 0) return false;
         notification.folders[watch] = below;
         if (!notification.subtree) return false;
@@ -117,10 +127,11 @@ private:
     }
 
     static bool IsHit(const Notification& notification, const Change& change) {
-        const auto folder = notification.folders.find(change.watch);
-        if (folder == notification.folders.end()) return false;
-        if (change.kind & IN_ATTRIB) return notification.key->IsDeleted();
-        return (change.kind & (IN_MOVED_TO | IN_DELETE)) && RegistryKey::IsValueFile(change.file);
+        if (change.watch == notification.above && (change.kind & IN_DELETE) &&
+            notification.key->IsDeleted())
+            return true;
+        return notification.folders.contains(change.watch) &&
+               (change.kind & (IN_MOVED_TO | IN_DELETE)) && RegistryKey::IsValueFile(change.file);
     }
 
     // A subkey has been made: it is watched too, and values that came into it before that count.
@@ -148,14 +159,19 @@ private:
             }
             const Notification fired = std::move(*each);
             each = m_armed.erase(each);
-            for (const auto& [watch, below] : fired.folders)
-                if (!IsWatched(watch)) inotify_rm_watch(m_changes.Get(), watch);
+            for (const auto& [watch, below] : fired.folders) Unwatch(watch);
+            Unwatch(fired.above);
         }
     }
 
+    void Unwatch(int watch) {
+        if (watch >= 0 && !IsWatched(watch)) inotify_rm_watch(m_changes.Get(), watch);
+    }
+
     bool IsWatched(int watch) const {
-        return std::any_of(m_armed.begin(), m_armed.end(),
-                           [=](const Notification& each) { return each.folders.contains(watch); });
+        return std::any_of(m_armed.begin(), m_armed.end(), [=](const Notification& each) {
+            return each.above == watch || each.folders.contains(watch);
+        });
     }
 
     const Descriptor m_changes;
