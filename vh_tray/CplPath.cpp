@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "RegistryKey.h"
+#include "hlxRegistryKey.h"
 
 namespace {
 constexpr char kCplsKey[] = R"(SOFTWARE\Microsoft\Windows\CurrentVersion\Control Panel\Cpls)";
@@ -13,7 +13,6 @@ constexpr DWORD kPathCapacity = 8191;
 const char* GetCplPath() {
     static std::string path;
     if (path.empty())
-        if (const CRegistryKey key(HKEY_LOCAL_MACHINE, kCplsKey); key.IsOpen())
-            path = key.ReadText(kCplsValue, kPathCapacity);
+        path = CHlxRegistryKey(HKEY_LOCAL_MACHINE, kCplsKey).ReadText(kCplsValue, kPathCapacity);
     return path.c_str();
 }

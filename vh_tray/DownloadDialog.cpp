@@ -1,7 +1,7 @@
 #include "DownloadDialog.h"
 
 #include "AgentPaths.h"
-#include "RegistryKey.h"
+#include "hlxRegistryKey.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ FILETIME LastWriteTime(HKEY key) {
 // The latest batch is what was recorded within the window before the key's last change, however
 // long ago that was.
 void CDownloadDialog::FillList() {
-    const CRegistryKey key(HKEY_LOCAL_MACHINE, kDownloadResultsKey);
+    const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, kDownloadResultsKey);
     if (!key.IsOpen()) return;
     const FILETIME lastWrite = LastWriteTime(key);
     int rows = 0;

@@ -3,14 +3,14 @@
 #include "AgentPaths.h"
 #include "InstalledProduct.h"
 #include "Reboot.h"
-#include "RegistryKey.h"
+#include "hlxRegistryKey.h"
 
 namespace {
 constexpr int kTimeColumn = 2;
 }
 
 void CInstallDialog::FillList() {
-    const CRegistryKey key(HKEY_LOCAL_MACHINE, kInstallResultsKey);
+    const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, kInstallResultsKey);
     if (!key.IsOpen()) return;
     int rows = 0;
     for (CRecordWalk walk(key); walk.NextRecordOfAnyType();) {

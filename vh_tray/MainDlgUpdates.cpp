@@ -4,7 +4,7 @@
 
 #include "MainDlg.h"
 #include "NewerVersion.h"
-#include "RegistryKey.h"
+#include "hlxRegistryKey.h"
 #include "SwCacheRecord.h"
 
 namespace {
@@ -13,7 +13,7 @@ namespace {
 // enough.
 template <class Wanted>
 bool HasRecentRecord(HKEY hive, LPCSTR keyPath, Wanted wanted) {
-    const CRegistryKey key(hive, keyPath);
+    const CHlxRegistryKey key(hive, keyPath);
     if (!key.IsOpen()) return false;
     FILETIME now;
     GetSystemTimeAsFileTime(&now);

@@ -1,16 +1,17 @@
-#include "RegistryKey.h"
+#include "hlxRegistryKey.h"
 
 #include <cstring>
 
-CRegistryKey::CRegistryKey(HKEY root, LPCSTR path) {
+CHlxRegistryKey::CHlxRegistryKey(HKEY root, LPCSTR path) {
     if (RegOpenKeyExA(root, path, 0, KEY_READ, &m_hKey) != ERROR_SUCCESS) m_hKey = nullptr;
 }
 
-CRegistryKey::~CRegistryKey() {
+CHlxRegistryKey::~CHlxRegistryKey() {
     if (m_hKey) RegCloseKey(m_hKey);
 }
 
-std::string CRegistryKey::ReadText(LPCSTR name, DWORD capacity) const {
+std::string CHlxRegistryKey::ReadText(LPCSTR name, DWORD capacity) const {
+    if (!m_hKey) return {};
     // The registry stores texts with or without their terminator.
     std::string text(capacity, '\0');
     DWORD type = REG_NONE;

@@ -5,20 +5,20 @@
 
 #include <string>
 
-class CRegistryKey {
+class CHlxRegistryKey {
 public:
-    CRegistryKey(HKEY root, LPCSTR path);
-    ~CRegistryKey();
-    CRegistryKey(const CRegistryKey&) = delete;
-    CRegistryKey& operator=(const CRegistryKey&) = delete;
+    CHlxRegistryKey(HKEY root, LPCSTR path);
+    ~CHlxRegistryKey();
+    CHlxRegistryKey(const CHlxRegistryKey&) = delete;
+    CHlxRegistryKey& operator=(const CHlxRegistryKey&) = delete;
 
     // Whether the key could be opened.
     bool IsOpen() const { return m_hKey != nullptr; }
     operator HKEY() const { return m_hKey; }
 
     // A text value of at most `capacity` bytes with its terminator; null names the default value.
-    // Empty if the value is missing, longer, or no text. References to the environment stay as
-    // they are.
+    // Empty if the key is not open or the value is missing, longer, or no text. References to the
+    // environment stay as they are.
     std::string ReadText(LPCSTR name, DWORD capacity) const;
 
 private:
