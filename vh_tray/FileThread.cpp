@@ -11,8 +11,19 @@
 #include "AutomationDate.h"
 
 namespace {
+
 constexpr DWORD kPollMs = 5000;
+
+// Whole seconds are compared: an automation date has no finer ones.
+bool HasChanged(HANDLE file, const SYSTEMTIME& since) {
+    FILETIME lastWrite;
+    if (!GetFileTime(file, nullptr, nullptr, &lastWrite)) return true;
+    const auto written = ToAutomationDate(lastWrite);
+    if (!written) return true;
+    return ToAutomationDate(since).value_or(0) < *written;
 }
+
+}  // namespace
 
 CFileThread::CFileThread()
     : m_bFirstPass(0),
@@ -78,15 +89,6 @@ bool CFileThread::RunPass() {
     if (forced || HasChanged(file, now)) PostContents(file);
     CloseHandle(file);
     return true;
-}
-
-// Whole seconds are compared: an automation date has no finer ones.
-bool CFileThread::HasChanged(HANDLE file, const SYSTEMTIME& since) {
-    FILETIME lastWrite;
-    if (!GetFileTime(file, nullptr, nullptr, &lastWrite)) return true;
-    const auto written = ToAutomationDate(lastWrite);
-    if (!written) return true;
-    return ToAutomationDate(since).value_or(0) < *written;
 }
 
 void CFileThread::PostContents(HANDLE file) {

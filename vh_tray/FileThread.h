@@ -22,7 +22,8 @@ public:
     // new, the contents and a terminating zero, which belongs to the receiver.
     bool Start(LPCSTR path, HWND notifyWindow, UINT message, bool firstPass);
 
-    // Tells the thread to end and waits for it, at most `limit` milliseconds. True: it has ended.
+    // Tells the thread to end and waits for it, at most `limit` milliseconds. True: it has ended,
+    // or none was started.
     bool Stop(DWORD limit);
 
     // Makes the next pass read and post the file as a first pass does.
@@ -47,6 +48,5 @@ protected:
 private:
     static unsigned __stdcall ThreadProc(void* self);
     bool RunPass();
-    bool HasChanged(HANDLE file, const SYSTEMTIME& since);
     void PostContents(HANDLE file);
 };

@@ -1,9 +1,7 @@
 #include "RegThread.h"
 
-#include <cstddef>
-
 namespace {
-// Between attempts at a key that cannot be opened or watched.
+// Between attempts at what the system refuses: the event, the key, the notification.
 constexpr DWORD kRetryMs = 1000;
 }  // namespace
 
@@ -14,18 +12,25 @@ bool CRegThread::Start(HKEY hive, LPCSTR path, HWND notifyWindow, UINT message, 
 
 unsigned __stdcall CRegThread::ThreadProc(void* self) {
     if (!self) return static_cast<unsigned>(-1);
-    const HANDLE notifyEvent = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-    if (!notifyEvent) return 0;
-    while (static_cast<CRegThread*>(self)->RunPass(notifyEvent)) {
+    auto& watcher = *static_cast<CRegThread*>(self);
+    HANDLE notifyEvent = nullptr;
+    while (!(notifyEvent = CreateEventA(nullptr, FALSE, FALSE, nullptr)))
+        if (!watcher.PauseBeforeRetry()) return 0;
+    while (watcher.RunPass(notifyEvent)) {
     }
     CloseHandle(notifyEvent);
     return 0;
 }
 
 // False: the thread is to end.
+bool CRegThread::PauseBeforeRetry() const {
+    return WaitForSingleObject(m_hStopEvent, kRetryMs) == WAIT_TIMEOUT;
+}
+
+// False: the thread is to end.
 bool CRegThread::RunPass(HANDLE notifyEvent) {
     const HKEY key = OpenArmed(notifyEvent);
-    if (!key) return WaitForSingleObject(m_hStopEvent, kRetryMs) == WAIT_TIMEOUT;
+    if (!key) return PauseBeforeRetry();
     if (!m_bFirstPass) {
         const HANDLE events[] = {notifyEvent, m_hStopEvent};
         WaitForMultipleObjects(2, events, FALSE, INFINITE);
@@ -35,6 +40,8 @@ bool CRegThread::RunPass(HANDLE notifyEvent) {
         m_bFirstPass = 0;
         PostMessageA(m_hNotifyWnd, m_uMessage, reinterpret_cast<WPARAM>(m_hHive),
                      reinterpret_cast<LPARAM>(m_pszPath));
+        // A change that came meanwhile: the next pass reports it, for it takes the signal back.
+        if (WaitForSingleObject(notifyEvent, 0) == WAIT_OBJECT_0) m_bFirstPass = 1;
     }
     RegCloseKey(key);
     return !stopping;

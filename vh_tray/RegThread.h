@@ -16,6 +16,7 @@ public:
 
 private:
     static unsigned __stdcall ThreadProc(void* self);
+    bool PauseBeforeRetry() const;
     bool RunPass(HANDLE notifyEvent);
     HKEY OpenArmed(HANDLE notifyEvent);
 
