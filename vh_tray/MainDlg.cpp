@@ -5,6 +5,7 @@
 #include <objbase.h>
 
 #include <new>
+#include <optional>
 
 #include "AgentPaths.h"
 #include "RegisteredMessages.h"
@@ -14,9 +15,10 @@ namespace {
 constexpr DWORD kStopHealthMs = 5000;
 constexpr DWORD kStopMs = 2000;
 
-// Makes a watcher and starts it. Null: no memory.
+// Makes a watcher and starts it. Null: no memory, or no message that the window would know.
 template <class Watcher, class... Target>
 Watcher* StartWatcher(HWND window, CRegisteredMessage& message, bool firstPass, Target... target) {
+    if (message.Number() == WM_NULL) return nullptr;
     auto* watcher = new (std::nothrow) Watcher;
     if (watcher) watcher->Start(target..., window, message.Number(), firstPass);
     return watcher;
@@ -175,14 +177,17 @@ LRESULT CMainDlg::OnDestroy() {
 
 // Buffers that were posted and that nobody will receive any more.
 void CMainDlg::ReleaseUndelivered() {
+    std::optional<int> exitCode;
     for (CRegisteredMessage* carrier : {&g_msgHealthResults, &g_msgSWUpdates}) {
         const UINT number = carrier->Number();
         if (number == WM_NULL) continue;  // it would stand for every message
         for (MSG message; PeekMessageA(&message, m_hWnd, number, number, PM_REMOVE);) {
             // No filter keeps a quit message out.
             if (message.message == WM_QUIT)
-                return PostQuitMessage(static_cast<int>(message.wParam));
-            delete[] reinterpret_cast<char*>(message.lParam);
+                exitCode = static_cast<int>(message.wParam);
+            else
+                delete[] reinterpret_cast<char*>(message.lParam);
         }
     }
+    if (exitCode) PostQuitMessage(*exitCode);
 }

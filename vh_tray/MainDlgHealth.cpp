@@ -81,6 +81,7 @@ void CMainDlg::ReactTo(const HealthResult& health) {
     }
     if (state == m_nHealthState) return;
     if (health.WantsMessage()) ShowHealthMessage(health);
+    if (!m_hWnd) return;  // the applet was closed under the box
     if (health.WantsPage())
         ShellExecuteA(m_hWnd, "open", health.url, nullptr, nullptr, SW_SHOWNORMAL);
     SetHealthIcon(state);

@@ -11,9 +11,6 @@ constexpr int kHealthTipCapacity = 127;
 constexpr int kHealthBalloonCapacity = 255;
 constexpr int kHealthTitleCapacity = 63;
 
-constexpr UINT kFirstMouseMessage = WM_MOUSEMOVE;
-constexpr UINT kLastMouseMessage = WM_MOUSELEAVE;
-
 void LoadInto(UINT id, char* text, int capacity) {
     LoadStringA(_Module.GetModuleInstance(), id, text, capacity);
 }
@@ -49,7 +46,7 @@ void CMainDlg::FillIconRecord(NOTIFYICONDATAA& record, UINT id) const {
 
 // Icon and texts go by the state. Each call that the shell accepts raises the balloon.
 void CMainDlg::SetHealthIcon(LONG state) {
-    if (state > HEALTH_HIGH) return;
+    if (state < HEALTH_UNKNOWN || state > HEALTH_HIGH) return;
     const DWORD call = state == HEALTH_UNKNOWN            ? NIM_DELETE
                        : m_nHealthState != HEALTH_UNKNOWN ? NIM_MODIFY
                                                           : NIM_ADD;
@@ -86,7 +83,6 @@ void CMainDlg::SetIconVersion(UINT id) const {
 }
 
 LRESULT CMainDlg::OnTrayNotify(UINT iconId, UINT mouseMessage) {
-    if (mouseMessage < kFirstMouseMessage || mouseMessage > kLastMouseMessage) return 0;
     switch (mouseMessage) {
         case WM_LBUTTONDBLCLK:
             OnDoubleClick(iconId);

@@ -60,10 +60,11 @@ void CTrayMouseTrack::Run() {
     } while (WaitForSingleObject(m_hStopEvent, kLookMs) == WAIT_TIMEOUT);
 }
 
-// A size that cannot be read stays as it was. At exactly the width or height the pointer has left.
+// A pointer that cannot be read has not left; a size that cannot be stays as it was. At exactly the
+// width or height the pointer has left.
 bool CTrayMouseTrack::HasLeft(Size& size) const {
     POINT pointer{};
-    GetCursorPos(&pointer);
+    if (!GetCursorPos(&pointer)) return false;
     SystemParametersInfoA(SPI_GETMOUSEHOVERWIDTH, 0, &size.width, 0);
     SystemParametersInfoA(SPI_GETMOUSEHOVERHEIGHT, 0, &size.height, 0);
     return std::abs(pointer.x - m_ptAnchor.x) >= static_cast<LONG>(size.width) ||
