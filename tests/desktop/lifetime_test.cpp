@@ -11,27 +11,43 @@ namespace {
 
 class Lifetime : public Story {};
 
-struct Closing {
-    UINT message;
-    WPARAM wParam;
-    int exitCode;
-};
-
-class ClosedBy : public Story, public testing::WithParamInterface<Closing> {};
-
-TEST_P(ClosedBy, GivesItsExitCodeAndLeavesTheTrayEmpty) {
-    StartWith({});
-    Report(kInstallResultsKey, "x", 0);
-    ASSERT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_INSTALLED));
-    ASSERT_TRUE(desktop::Post(GetParam().message, GetParam().wParam, 0));
-    EXPECT_EQ(ExitCode(), GetParam().exitCode);
-    EXPECT_THAT(Tray(), IsEmpty());
+TEST_F(Lifetime, EachWayToCloseGivesItsExitCodeAndLeavesTheTrayEmpty) {
+    const struct {
+        UINT message;
+        WPARAM wParam;
+        int exitCode;
+    } ways[] = {{WM_COMMAND, IDOK, 1},
+                {WM_COMMAND, IDCANCEL, 2},
+                {WM_CLOSE, 0, 2},
+                {WM_COMMAND, ID_EXIT, 32780}};
+    for (const auto& way : ways) {
+        StartWith({});
+        Report(kInstallResultsKey, "x", 0);
+        ASSERT_EQ(Tray().size(), 2u);
+        ASSERT_TRUE(desktop::Post(way.message, way.wParam, 0));
+        EXPECT_EQ(ExitCode(), way.exitCode);
+        EXPECT_THAT(Tray(), IsEmpty());
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(EachWay, ClosedBy,
-                         testing::Values(Closing{WM_COMMAND, IDOK, 1},
-                                         Closing{WM_COMMAND, IDCANCEL, 2}, Closing{WM_CLOSE, 0, 2},
-                                         Closing{WM_COMMAND, ID_EXIT, 32780}));
+TEST_F(Lifetime, TheUserLogsOffWhileEverythingIsOpen) {
+    StartWith({});
+    Report(kInstallResultsKey, "x", 0);
+    ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
+    Deliver({.state = "low", .message = "Please call.", .url = "http://help"});
+    Pass();
+    ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
+    EXPECT_EQ(desktop::Dialogs().size(), 2u);
+    EXPECT_EQ(desktop::Boxes().size(), 1u);
+    ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH));
+    ASSERT_TRUE(desktop::LogOff());
+    EXPECT_EQ(ExitCode(), 2);
+    EXPECT_THAT(desktop::Dialogs(), IsEmpty());
+    EXPECT_THAT(desktop::Boxes(), IsEmpty());
+    EXPECT_THAT(desktop::Pages(), IsEmpty()) << "the page behind the box is left out";
+    EXPECT_FALSE(desktop::OpenMenu());
+    EXPECT_EQ(desktop::Journal().back().kind, desktop::EventKind::kEnded);
+}
 
 TEST_F(Lifetime, ASecondInstanceEndsAtOnceAndLeavesTheFirstAlone) {
     StartWith({});
@@ -94,12 +110,9 @@ TEST_F(Lifetime, WithoutAnAgentItLooksInTheCurrentFolder) {
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
 }
 
-TEST_F(Lifetime, AddsNoSecondBackslashToTheAgentsDirectory) {
+TEST_F(Lifetime, AnAgentsDirectoryMayEndWithABackslashOrBeEmpty) {
     WriteText(kHlxAgentKey, nullptr, R"(C:\Agent\)");
     EXPECT_STREQ(GetHealthNotifPath(), R"(C:\Agent\healthnotif.txt)");
-}
-
-TEST_F(Lifetime, ADirectoryThatIsEmptyLeavesTheBareName) {
     WriteText(kHlxAgentKey, nullptr, "");
     EXPECT_STREQ(GetSwCachePath(), "swcache");
 }

@@ -1,34 +1,15 @@
 #include "story.h"
 
-#include <fcntl.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
-
-#include "../unit/hex.h"
 
 namespace {
 
 constexpr machine::Ticks kStart = 134'394'561'080'000'000;  // 2026-11-18 06:15:08 UTC
-constexpr std::uint16_t kAgentPort = 30022;
 
 std::filesystem::path MakeFolder() {
     std::string name = testing::TempDir() + "vh-story-XXXXXX";
     return mkdtemp(name.data());
-}
-
-int Listen() {
-    const int listener = socket(AF_INET, SOCK_DGRAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(kAgentPort);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    EXPECT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    return listener;
 }
 
 std::string Element(const std::string& name, const std::string& text) {
@@ -54,7 +35,7 @@ std::string HealthDocument::Text() const {
     return text + "</HLXHealthResult>\n";
 }
 
-Story::Story() : m_folder(MakeFolder()), m_agentDirectory(m_folder / "agent"), m_socket(Listen()) {
+Story::Story() : m_folder(MakeFolder()), m_agentDirectory(m_folder / "agent") {
     machine::Clock::Hold(kStart);
     std::filesystem::create_directory(m_agentDirectory);
     setenv("WIN32_REGISTRY", (m_folder / "registry").c_str(), 1);
@@ -68,7 +49,6 @@ Story::~Story() {
     m_session.reset();
     EXPECT_THAT(Tray(), testing::IsEmpty());
     machine::Clock::Release();
-    close(m_socket);
     std::filesystem::remove_all(m_folder);
 }
 
@@ -92,10 +72,9 @@ int Story::End() { return m_session->End(); }
 void Story::WriteFile(const std::string& name, const std::string& text) const {
     const std::string path = m_agentDirectory / name;
     std::ofstream(path, std::ios::binary) << text;
-    const timespec stamp{
-        (machine::Clock::Now() - machine::kUnixEpoch) / machine::kTicksPerSecond + 1, 0};
-    const timespec stamps[] = {stamp, stamp};
-    utimensat(AT_FDCWD, path.c_str(), stamps, 0);
+    const std::chrono::sys_seconds stamp{std::chrono::seconds{
+        (machine::Clock::Now() - machine::kUnixEpoch) / machine::kTicksPerSecond + 1}};
+    std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(stamp));
 }
 
 void Story::Deliver(const HealthDocument& document) const {
@@ -106,14 +85,15 @@ void Story::Offer(const std::string& name, const std::string& version) const {
     WriteFile("swcache", name + ":" + version + "::\n");
 }
 
-void Story::Report(const char* key, const std::string& name, DWORD result,
-                   std::optional<std::chrono::seconds> age) {
-    const auto ticks = age ? static_cast<std::uint64_t>(machine::Clock::Now()) -
-                                 static_cast<std::uint64_t>(age->count()) * 10'000'000
-                           : 0;
+std::string Story::Record(DWORD result, Age age) {
+    const auto ticks = age ? machine::Clock::Now() - age->count() / 100 : 0;
     const UpdateResultRecord record{{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)},
                                     result};
-    WriteValue(key, name, REG_BINARY, {reinterpret_cast<const char*>(&record), sizeof record});
+    return {reinterpret_cast<const char*>(&record), sizeof record};
+}
+
+void Story::Report(const char* key, const std::string& name, DWORD result, Age age) {
+    WriteValue(key, name, REG_BINARY, Record(result, age));
 }
 
 void Story::WriteValue(const char* key, const std::string& name, DWORD type,
@@ -133,9 +113,8 @@ void Story::WriteText(const char* key, const char* name, const std::string& text
 
 std::vector<std::string> Story::Frames() const {
     std::vector<std::string> frames;
-    unsigned char bytes[1024];
-    for (ssize_t size; (size = recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT)) >= 0;)
-        frames.push_back(Hex(bytes, static_cast<std::size_t>(size)));
+    for (std::string frame; (frame = ReceivedHex(m_agent, MSG_DONTWAIT)) != "nothing";)
+        frames.push_back(frame);
     return frames;
 }
 

@@ -4,18 +4,18 @@
 // an agent's directory, a registry and a runtime folder of its own, and the agent's real UDP port.
 #pragma once
 
-#include <windows.h>
+#include <winsock2.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "../unit/loopback.h"
 #include "AgentPaths.h"
 #include "MainDlg.h"
 #include "UpdateResultStore.h"
@@ -65,9 +65,11 @@ protected:
     void WriteFile(const std::string& name, const std::string& text) const;
     void Deliver(const HealthDocument& document) const;
     void Offer(const std::string& name, const std::string& version) const;
-    // Writes a record that is `age` old; nothing: without a time.
-    static void Report(const char* key, const std::string& name, DWORD result,
-                       std::optional<std::chrono::seconds> age = 0s);
+    // How long ago something happened, in ticks of 100 ns; nothing: nobody knows.
+    using Age = std::optional<std::chrono::nanoseconds>;
+    // The bytes of a record, and their writing.
+    static std::string Record(DWORD result, Age age);
+    static void Report(const char* key, const std::string& name, DWORD result, Age age = 0s);
     static void WriteText(const char* key, const char* name, const std::string& text);
     // The frames that have come since the last call, in hexadecimal.
     std::vector<std::string> Frames() const;
@@ -76,7 +78,7 @@ protected:
     const std::filesystem::path m_agentDirectory;
 
 private:
-    int m_socket;
+    const Loopback m_agent{SOCK_DGRAM, 30022};
     std::optional<desktop::Session> m_session;
 };
 

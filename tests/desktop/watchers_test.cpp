@@ -52,21 +52,17 @@ TEST_F(Watchers, AFileChangesWhenItIsLaterThanThePass) {
     WriteAged("old", 0s);
     ASSERT_TRUE(watcher.Start(Path().c_str(), m_window, kMessage, true));
     EXPECT_THAT(Contents(), ElementsAre("old")) << "the first pass, whatever the time";
-    WriteAged("same second", 0s);
-    Pass();
-    EXPECT_THAT(Contents(), IsEmpty());
-    WriteAged("older", -60s);
-    Pass();
-    EXPECT_THAT(Contents(), IsEmpty());
+    for (const auto ahead : {0s, -60s}) {
+        WriteAged("not later", ahead);
+        Pass();
+        EXPECT_THAT(Contents(), IsEmpty()) << ahead.count();
+    }
     WriteAged("a", 1s);
     WriteAged("b", 2s);
     Pass();
     EXPECT_THAT(Contents(), ElementsAre("b")) << "two writes, one post";
     WriteAged("", 12s);
-    Pass();
-    Pass();
-    Pass();
-    Pass();
+    desktop::Advance(20s);
     EXPECT_THAT(Contents(), ElementsAre("", "", "")) << "until the clock has passed it";
     watcher.ForceRead();
     EXPECT_THAT(Contents(), IsEmpty()) << "not before the wait is over";
@@ -118,18 +114,10 @@ TEST_F(Watchers, AKeyIsReportedOnceAtTheStartAndThenByItsValues) {
     ASSERT_TRUE(watcher.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, true));
     EXPECT_EQ(Posts(), 1) << "the closing of the first pass's key is no change";
     HKEY key = nullptr;
-    ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, kDownloadResultsKey, 0, KEY_READ, &key),
-              ERROR_SUCCESS)
+    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, kDownloadResultsKey, 0, KEY_READ, &key), 0)
         << "the watcher has made it";
     RegCloseKey(key);
     Report(kDownloadResultsKey, "a", 0);
-    EXPECT_EQ(Posts(), 1);
-    const std::string below = std::string(kDownloadResultsKey) + "\\below";
-    RegCreateKeyExA(HKEY_LOCAL_MACHINE, below.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
-                    nullptr);
-    RegCloseKey(key);
-    EXPECT_EQ(Posts(), 0) << "an empty subkey is no change";
-    Report(below.c_str(), "b", 0);
     EXPECT_EQ(Posts(), 1);
     EXPECT_TRUE(watcher.Stop(1000));
 }
