@@ -16,12 +16,10 @@ TEST_F(TrayIcons, TheMenuOfTheHealthIcon) {
     ASSERT_TRUE(menu);
     EXPECT_EQ(menu->place.x, 300);
     EXPECT_EQ(menu->place.y, 400);
-    ASSERT_EQ(menu->items.size(), 3u);
-    EXPECT_EQ(menu->items[0].text, "Display last health results");
-    EXPECT_EQ(menu->items[0].id, UINT{ID_DISPLAY_HEALTH});
+    std::vector<std::string> texts;
+    for (const auto& item : menu->items) texts.push_back(item.text);
+    EXPECT_THAT(texts, ElementsAre("Display last health results", "Reassess health", "About"));
     EXPECT_TRUE(menu->items[0].isDefault);
-    EXPECT_EQ(menu->items[1].text, "Reassess health");
-    EXPECT_EQ(menu->items[2].text, "About");
     ASSERT_TRUE(desktop::Choose("Reassess health"));
     EXPECT_FALSE(desktop::OpenMenu());
     EXPECT_EQ(Frames().size(), 1u);
@@ -30,6 +28,7 @@ TEST_F(TrayIcons, TheMenuOfTheHealthIcon) {
 TEST_F(TrayIcons, TheIconChangesUnderAnOpenMenu) {
     StartWith({});
     desktop::RightClick(TRAY_ID_HEALTH);
+    ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH)) << "closes the menu and opens another one";
     Deliver({.state = "low"});
     Pass();
     EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
@@ -57,16 +56,11 @@ TEST_F(TrayIcons, EverythingElseDoesNothing) {
     for (const UINT message : {511u, 673u, 675u, 676u, UINT{NIN_SELECT}})
         desktop::Callback(TRAY_ID_HEALTH, message);
     desktop::Post(WM_TRAYNOTIFY, 10057, WM_LBUTTONDBLCLK);
+    machine::FailNext("LoadMenuA", 1, ERROR_RESOURCE_NAME_NOT_FOUND);
+    desktop::RightClick(TRAY_ID_HEALTH);
     EXPECT_THAT(desktop::Journal(), IsEmpty());
     EXPECT_FALSE(desktop::OpenMenu());
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_INSTALLED));
-}
-
-TEST_F(TrayIcons, AMenuThatCannotBeLoadedEndsQuietly) {
-    StartWith({});
-    machine::FailNext("LoadMenuA", 1, ERROR_RESOURCE_NAME_NOT_FOUND);
-    desktop::RightClick(TRAY_ID_HEALTH);
-    EXPECT_FALSE(desktop::OpenMenu());
 }
 
 TEST_F(TrayIcons, TwoDialogsOnOneTransientIcon) {
@@ -79,6 +73,29 @@ TEST_F(TrayIcons, TwoDialogsOnOneTransientIcon) {
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH)) << "the first to close takes the icon";
     desktop::CloseWindow();
     EXPECT_THAT(desktop::Dialogs(), IsEmpty());
+}
+
+TEST_F(TrayIcons, ADialogUnderABoxCanBeAnsweredFirst) {
+    StartWith({});
+    Report(kInstallResultsKey, "x", 0);
+    desktop::DoubleClick(TRAY_ID_INSTALLED);
+    Deliver({.state = "low", .message = "Please call.", .url = "http://help"});
+    Pass();
+    ASSERT_TRUE(desktop::Press("OK", desktop::Dialogs().at(0).window));
+    EXPECT_THAT(desktop::Dialogs(), IsEmpty());
+    EXPECT_THAT(desktop::Pages(), IsEmpty()) << "the box above the dialog still waits";
+    ASSERT_TRUE(desktop::PressKey(VK_ESCAPE));
+    EXPECT_THAT(desktop::Pages(), ElementsAre("http://help"));
+}
+
+TEST_F(TrayIcons, AHandThatFindsNothingSaysSo) {
+    StartWith({});
+    EXPECT_FALSE(desktop::Click(TRAY_ID_UPDATES));
+    EXPECT_FALSE(desktop::Choose("About"));
+    EXPECT_FALSE(desktop::DismissMenu());
+    EXPECT_FALSE(desktop::Press("Yes"));
+    EXPECT_FALSE(desktop::ClickHeader(0));
+    EXPECT_FALSE(desktop::CloseWindow());
 }
 
 }  // namespace
