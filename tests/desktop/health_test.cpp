@@ -1,18 +1,9 @@
 // From a notification file to icon, balloon, box and page; and the request for a new assessment.
 #include "story.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
-class Health : public Story {
-protected:
-    void Show(const HealthDocument& document) {
-        Deliver(document);
-        Pass();
-    }
-};
+class Health : public Story {};
 
 TEST_F(Health, EachStateHasItsTooltipAndBalloon) {
     StartWith({.state = "low"});
@@ -184,8 +175,7 @@ TEST_F(Health, AFileThatAWriterHoldsIsNotRead) {
     Pass();
     EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is high");
     std::fclose(writer);
-    Deliver({.state = "low"});
-    Pass();
+    Show({.state = "low"});
     EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
 }
 

@@ -4,9 +4,6 @@
 #include "src/system.h"
 #include "story.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class Lifetime : public Story {};
@@ -34,8 +31,7 @@ TEST_F(Lifetime, TheUserLogsOffWhileEverythingIsOpen) {
     StartWith({});
     Report(kInstallResultsKey, "x", 0);
     ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
-    Deliver({.state = "low", .message = "Please call.", .url = "http://help"});
-    Pass();
+    Show({.state = "low", .message = "Please call.", .url = "http://help"});
     ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
     EXPECT_EQ(desktop::Dialogs().size(), 2u);
     EXPECT_EQ(desktop::Boxes().size(), 1u);
@@ -93,8 +89,7 @@ TEST_F(Lifetime, OtherTimersDoNotEndTheStartWindow) {
     machine::FailNext("SetTimer", 1, ERROR_NOT_ENOUGH_MEMORY);
     Start();
     desktop::Post(WM_TIMER, 1, 0);
-    Deliver({});
-    Pass();
+    Show({});
     EXPECT_THAT(Tray(), IsEmpty());
     desktop::Post(WM_TIMER, IDT_START, 0);
     Pass();

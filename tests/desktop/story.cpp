@@ -47,7 +47,7 @@ Story::Story() : m_folder(MakeFolder()), m_agentDirectory(m_folder / "agent") {
 Story::~Story() {
     machine::ClearFaults();
     m_session.reset();
-    EXPECT_THAT(Tray(), testing::IsEmpty());
+    EXPECT_THAT(Tray(), IsEmpty());
     machine::Clock::Release();
     std::filesystem::remove_all(m_folder);
 }
@@ -79,6 +79,11 @@ void Story::WriteFile(const std::string& name, const std::string& text) const {
 
 void Story::Deliver(const HealthDocument& document) const {
     WriteFile("healthnotif.txt", document.Text());
+}
+
+void Story::Show(const HealthDocument& document) const {
+    Deliver(document);
+    Pass();
 }
 
 void Story::Offer(const std::string& name, const std::string& version) const {

@@ -26,6 +26,8 @@
 #include "machine/faults.h"
 
 using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 // The applet's entry.
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int show);
@@ -64,6 +66,8 @@ protected:
     // The agent
     void WriteFile(const std::string& name, const std::string& text) const;
     void Deliver(const HealthDocument& document) const;
+    // Delivers a result and lets the applet see it.
+    void Show(const HealthDocument& document) const;
     void Offer(const std::string& name, const std::string& version) const;
     // How long ago something happened, in ticks of 100 ns; nothing: nobody knows.
     using Age = std::optional<std::chrono::nanoseconds>;

@@ -36,9 +36,6 @@ protected:
     std::unique_ptr<CTrayMouseTrack> m_tracker;
 };
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 TEST_F(Tracker, OneHoverAndOneLeaveForAStay) {
     // The rectangle's size is the system's, or 5 pixels while that cannot be read.
     machine::FailNext("SystemParametersInfoA", machine::kEveryCall, ERROR_INVALID_PARAMETER);

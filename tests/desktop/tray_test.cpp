@@ -1,9 +1,6 @@
 // What a click in the notification area does, and the menu.
 #include "story.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class TrayIcons : public Story {};
@@ -29,8 +26,7 @@ TEST_F(TrayIcons, TheIconChangesUnderAnOpenMenu) {
     StartWith({});
     desktop::RightClick(TRAY_ID_HEALTH);
     ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH)) << "closes the menu and opens another one";
-    Deliver({.state = "low"});
-    Pass();
+    Show({.state = "low"});
     EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
     EXPECT_TRUE(desktop::DismissMenu());
     EXPECT_THAT(Frames(), IsEmpty());
@@ -79,8 +75,7 @@ TEST_F(TrayIcons, ADialogUnderABoxCanBeAnsweredFirst) {
     StartWith({});
     Report(kInstallResultsKey, "x", 0);
     desktop::DoubleClick(TRAY_ID_INSTALLED);
-    Deliver({.state = "low", .message = "Please call.", .url = "http://help"});
-    Pass();
+    Show({.state = "low", .message = "Please call.", .url = "http://help"});
     ASSERT_TRUE(desktop::Press("OK", desktop::Dialogs().at(0).window));
     EXPECT_THAT(desktop::Dialogs(), IsEmpty());
     EXPECT_THAT(desktop::Pages(), IsEmpty()) << "the box above the dialog still waits";

@@ -44,9 +44,6 @@ protected:
     HWND m_window;
 };
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 TEST_F(Watchers, AFileChangesWhenItIsLaterThanThePass) {
     CFileThread watcher;
     WriteAged("old", 0s);
