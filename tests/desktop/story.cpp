@@ -134,17 +134,7 @@ std::string Tip(UINT icon) {
     return found ? found->tip : "";
 }
 
-std::vector<std::string> Rows(const desktop::List& list) {
-    std::vector<std::string> rows;
-    for (const auto& cells : list.rows) {
-        std::string& row = rows.emplace_back();
-        for (const std::string& cell : cells) row += (row.empty() ? "" : "|") + cell;
-    }
-    return rows;
-}
-
-std::string TextOf(int control) {
+desktop::Dialog Front() {
     const auto dialogs = desktop::Dialogs();
-    const desktop::Control* found = dialogs.empty() ? nullptr : dialogs.front().Find(control);
-    return found ? found->text : "";
+    return dialogs.empty() ? desktop::Dialog{} : dialogs.front();
 }

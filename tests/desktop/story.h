@@ -45,11 +45,6 @@ struct HealthDocument {
 };
 
 class Story : public testing::Test {
-public:
-    // A value of the registry, as the agent writes it.
-    static void WriteValue(const char* key, const std::string& name, DWORD type,
-                           const std::string& data);
-
 protected:
     Story();
     ~Story() override;
@@ -74,6 +69,9 @@ protected:
     // The bytes of a record, and their writing.
     static std::string Record(DWORD result, Age age);
     static void Report(const char* key, const std::string& name, DWORD result, Age age = 0s);
+    // A value of the registry, as the agent writes it.
+    static void WriteValue(const char* key, const std::string& name, DWORD type,
+                           const std::string& data);
     static void WriteText(const char* key, const char* name, const std::string& text);
     // The frames that have come since the last call, in hexadecimal.
     std::vector<std::string> Frames() const;
@@ -92,8 +90,5 @@ std::vector<UINT> Tray();
 // The tooltip of an icon, "" if it does not stand.
 std::string Tip(UINT icon);
 
-// The rows of a list with their cells joined by '|'.
-std::vector<std::string> Rows(const desktop::List& list);
-
-// What stands in a control of the front dialog.
-std::string TextOf(int control);
+// The front dialog, without anything in it if there is none.
+desktop::Dialog Front();
