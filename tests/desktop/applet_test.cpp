@@ -81,7 +81,6 @@ TEST_F(Applet, OneThatIsMissingOrRefusesIsLookedForAgain) {
     EXPECT_EQ(Calls(), "1\n");
     desktop::DoubleClick(TRAY_ID_HEALTH);
     EXPECT_EQ(Page(), "Health");
-    desktop::CloseWindow();
 }
 
 }  // namespace

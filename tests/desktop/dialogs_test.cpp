@@ -122,7 +122,6 @@ TEST_F(Dialogs, AMissingKeyAndATextThatCannotBeSetLeaveTheListEmpty) {
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     EXPECT_EQ(desktop::Beeps(), 1);
     EXPECT_THAT(FrontList().columns, IsEmpty());
-    desktop::CloseWindow();
 }
 
 TEST_F(Dialogs, AClickOnAHeaderSorts) {
@@ -150,7 +149,6 @@ TEST_F(Dialogs, AClickOnAHeaderSorts) {
     machine::FailNext("LVM_SORTITEMS", 1, 0);
     desktop::ClickHeader(0);
     EXPECT_EQ(order(0), "Abc up") << "a refused sort changes nothing";
-    desktop::CloseWindow();
 }
 
 TEST_F(Dialogs, AHeaderThatDrawsNoArrowsGetsAPicture) {
@@ -168,7 +166,6 @@ TEST_F(Dialogs, AHeaderThatDrawsNoArrowsGetsAPicture) {
     EXPECT_EQ(FrontColumn(1).bitmap, nullptr);
     EXPECT_EQ(FrontColumn(0).bitmap, up);
     EXPECT_EQ(FrontColumn(0).arrow, desktop::Arrow::kNone);
-    desktop::CloseWindow();
 }
 
 TEST_F(Dialogs, SortsByTheFirst31Characters) {
@@ -180,7 +177,6 @@ TEST_F(Dialogs, SortsByTheFirst31Characters) {
     desktop::ClickHeader(0);
     desktop::ClickHeader(0);
     EXPECT_EQ(FrontList().rows[0][0], head + "1") << "equal: the order stays";
-    desktop::CloseWindow();
 }
 
 class InstalledUpdates : public Dialogs {
@@ -245,7 +241,6 @@ TEST_F(InstalledUpdates, FilesThatNobodyKnowsGetNoRow) {
     EXPECT_THAT(FrontRows(), IsEmpty());
     EXPECT_EQ(FrontColumn(2).arrow, desktop::Arrow::kDown);
     EXPECT_EQ(TextOf(IDYES), "OK");
-    desktop::CloseWindow();
 }
 
 TEST_F(InstalledUpdates, AValueThatDoesNotFitEndsTheScan) {
@@ -254,7 +249,6 @@ TEST_F(InstalledUpdates, AValueThatDoesNotFitEndsTheScan) {
     Report(kInstallResultsKey, "c behind", 0);
     Open();
     EXPECT_EQ(FrontRows().size(), 1u);
-    desktop::CloseWindow();
 }
 
 TEST_F(InstalledUpdates, TheFirstRowAlonePutsTheRebootQuestion) {

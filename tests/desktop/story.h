@@ -2,6 +2,7 @@
 //
 // The clock is held, so what would take seconds takes none and happens exactly then. Each story has
 // an agent's directory, a registry and a runtime folder of its own, and the agent's real UDP port.
+// At its end the user logs off, whatever is still open.
 #pragma once
 
 #include <winsock2.h>

@@ -3,10 +3,12 @@
 
 namespace {
 
-class TrayIcons : public Story {};
+class TrayIcons : public Story {
+protected:
+    TrayIcons() { StartWith({}); }
+};
 
 TEST_F(TrayIcons, TheMenuOfTheHealthIcon) {
-    StartWith({});
     desktop::MovePointer(300, 400);
     ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH));
     const auto menu = desktop::OpenMenu();
@@ -23,7 +25,6 @@ TEST_F(TrayIcons, TheMenuOfTheHealthIcon) {
 }
 
 TEST_F(TrayIcons, TheIconChangesUnderAnOpenMenu) {
-    StartWith({});
     desktop::RightClick(TRAY_ID_HEALTH);
     ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH)) << "closes the menu and opens another one";
     Show({.state = "low"});
@@ -33,16 +34,13 @@ TEST_F(TrayIcons, TheIconChangesUnderAnOpenMenu) {
 }
 
 TEST_F(TrayIcons, APointBesideAllMonitorsIsDrawnToTheNearestInX) {
-    StartWith({});
     desktop::MovePointer(-50, 5000);
     desktop::RightClick(TRAY_ID_HEALTH);
     EXPECT_EQ(desktop::OpenMenu()->place.x, 0);
     EXPECT_EQ(desktop::OpenMenu()->place.y, 5000);
-    desktop::DismissMenu();
 }
 
 TEST_F(TrayIcons, EverythingElseDoesNothing) {
-    StartWith({});
     Report(kInstallResultsKey, "x", 0);
     desktop::Forget();
     desktop::Click(TRAY_ID_HEALTH);
@@ -60,7 +58,6 @@ TEST_F(TrayIcons, EverythingElseDoesNothing) {
 }
 
 TEST_F(TrayIcons, TwoDialogsOnOneTransientIcon) {
-    StartWith({});
     Report(kInstallResultsKey, "x", 0);
     desktop::DoubleClick(TRAY_ID_INSTALLED);
     desktop::DoubleClick(TRAY_ID_INSTALLED);
@@ -72,7 +69,6 @@ TEST_F(TrayIcons, TwoDialogsOnOneTransientIcon) {
 }
 
 TEST_F(TrayIcons, ADialogUnderABoxCanBeAnsweredFirst) {
-    StartWith({});
     Report(kInstallResultsKey, "x", 0);
     desktop::DoubleClick(TRAY_ID_INSTALLED);
     Show({.state = "low", .message = "Please call.", .url = "http://help"});
@@ -84,7 +80,6 @@ TEST_F(TrayIcons, ADialogUnderABoxCanBeAnsweredFirst) {
 }
 
 TEST_F(TrayIcons, AHandThatFindsNothingSaysSo) {
-    StartWith({});
     EXPECT_FALSE(desktop::Click(TRAY_ID_UPDATES));
     EXPECT_FALSE(desktop::Choose("About"));
     EXPECT_FALSE(desktop::DismissMenu());

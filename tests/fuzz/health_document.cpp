@@ -11,22 +11,20 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string document(reinterpret_cast<const char*>(data), size);
     std::uint32_t flags[6] = {};
-    char* raw = nullptr;
-    char* message = nullptr;
-    char* url = nullptr;
+    char* texts[3] = {};
     std::uint32_t count = 0;
     std::uint32_t* addresses = nullptr;
-    const HlxResult result =
-        hlx_parseHealthResult(document.c_str(), &flags[0], &flags[1], &flags[2], &flags[3], &raw,
-                              &message, &flags[4], &url, &flags[5], &count, &addresses);
-    if (result != HLX_DONE && (raw || message || url || addresses)) std::abort();
+    const HlxResult result = hlx_parseHealthResult(
+        document.c_str(), &flags[0], &flags[1], &flags[2], &flags[3], &texts[0], &texts[1],
+        &flags[4], &texts[2], &flags[5], &count, &addresses);
+    if (result != HLX_DONE && (texts[0] || texts[1] || texts[2] || addresses)) std::abort();
     if (flags[2] > HLX_HEALTH_HIGH || count % 2) std::abort();
-    if (raw && !std::strstr(document.c_str(), raw)) std::abort();
+    if (texts[0] && !std::strstr(document.c_str(), texts[0])) std::abort();
     for (std::uint32_t i = 0; i < count; ++i)
         if (addresses[i] == 1) flags[0] = 1;  // reads each slot
-    for (void* block : {static_cast<void*>(raw), static_cast<void*>(message),
-                        static_cast<void*>(url), static_cast<void*>(addresses)})
-        if (block) hlxfree(block);
+    for (char* text : texts)
+        if (text) hlxfree(text);
+    if (addresses) hlxfree(addresses);
     if (g_mf_sem != 0) std::abort();
     return 0;
 }
