@@ -17,9 +17,7 @@ class Dialogs : public Story {
 protected:
     static std::string TextOf(int control) { return Front().Find(control)->text; }
     static desktop::List FrontList() { return *Front().FirstList(); }
-    static desktop::Column FrontColumn(std::size_t column) {
-        return FrontList().columns.at(column);
-    }
+    static desktop::Column FrontColumn(std::size_t at) { return FrontList().columns.at(at); }
     // The rows with their cells joined by '|'.
     static std::vector<std::string> FrontRows() {
         std::vector<std::string> rows;
@@ -344,7 +342,6 @@ TEST_F(Dialogs, TenThousandRowsSortAtOnceAndLeaveNothingBehind) {
     for (int i = 0; i < kRows; ++i)
         Report(kDownloadResultsKey, "file" + std::to_string(i * 7919 % kRows), kFailed);
     StartWith({});
-    const auto inUse = [] { return mallinfo2().uordblks; };
     const auto openAndClose = [] {
         Report(kDownloadResultsKey, "again", kFailed);
         desktop::DoubleClick(TRAY_ID_DOWNLOADS);
@@ -358,9 +355,9 @@ TEST_F(Dialogs, TenThousandRowsSortAtOnceAndLeaveNothingBehind) {
         return span;
     };
     openAndClose();
-    const auto before = inUse();
+    const auto before = mallinfo2().uordblks;
     const auto span = openAndClose();
-    const auto after = inUse();
+    const auto after = mallinfo2().uordblks;
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     EXPECT_LT(span, 500ms);
     EXPECT_NEAR(static_cast<double>(after), static_cast<double>(before), 64 * 1024);

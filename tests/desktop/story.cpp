@@ -16,14 +16,6 @@ std::string Element(const std::string& name, const std::string& text) {
     return text.empty() ? "" : "<" + name + ">" + text + "</" + name + ">\n";
 }
 
-HKEY CreateKey(const char* path) {
-    HKEY key = nullptr;
-    EXPECT_EQ(
-        RegCreateKeyExA(HKEY_LOCAL_MACHINE, path, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
-        ERROR_SUCCESS);
-    return key;
-}
-
 }  // namespace
 
 std::string HealthDocument::Text() const {
@@ -103,7 +95,8 @@ void Story::Report(const char* key, const std::string& name, DWORD result, Age a
 
 void Story::WriteValue(const char* key, const std::string& name, DWORD type,
                        const std::string& data) {
-    const HKEY opened = CreateKey(key);
+    HKEY opened = nullptr;
+    RegCreateKeyExA(HKEY_LOCAL_MACHINE, key, 0, nullptr, 0, KEY_WRITE, nullptr, &opened, nullptr);
     EXPECT_EQ(
         RegSetValueExA(opened, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
                        static_cast<DWORD>(data.size())),

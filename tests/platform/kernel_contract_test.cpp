@@ -144,9 +144,6 @@ TEST(Dates, AutomationDatesAndTexts) {
         EXPECT_EQ(SystemTimeToVariantTime(&time, &date), each.isDate) << time.wYear;
         EXPECT_DOUBLE_EQ(date, each.date);
     }
-    const SYSTEMTIME noSuchDay{2024, 2, 4, 30, 0, 0, 0, 0};
-    FILETIME unused;
-    EXPECT_FALSE(SystemTimeToFileTime(&noSuchDay, &unused));
     const SYSTEMTIME time{2026, 3, 4, 5, 15, 7, 0, 0};
     char text[64];
     const auto date = [&](DWORD flags) {
