@@ -99,23 +99,23 @@ Outcome Command(std::string_view text, Screen&) {
     return desktop::PostCommand(static_cast<UINT>(*number));
 }
 
-// TEXT or "TEXT", and perhaps seconds behind it.
+// TEXT, or "TEXT" and perhaps seconds behind it.
 Outcome Wait(std::string_view rest, Screen& screen) {
     std::string_view text = rest;
-    std::optional<int> seconds;
-    if (!rest.empty() && rest.front() == '"') {
+    std::chrono::seconds limit = kUsualWait;
+    if (rest.starts_with('"')) {
         const std::size_t end = rest.find('"', 1);
         if (end == std::string_view::npos) return {"a quote is left open"};
         text = rest.substr(1, end - 1);
-        seconds = Number(Trimmed(rest.substr(end + 1)));
-    } else if (const std::size_t blank = rest.rfind(' '); blank != std::string_view::npos) {
-        seconds = Number(rest.substr(blank + 1));
-        if (seconds) text = Trimmed(rest.substr(0, blank));
+        if (const std::string_view behind = Trimmed(rest.substr(end + 1)); !behind.empty())
+            limit = std::chrono::seconds(Number(behind).value_or(0));
     }
-    const auto limit = seconds ? std::chrono::seconds(*seconds) : kUsualWait;
+    if (text.empty()) return {"wait needs a text"};
+    if (limit.count() <= 0) return {"behind the quoted text stands a number of seconds"};
     if (screen.WaitFor(text, limit)) return {};
-    return {"waited " + std::to_string(limit.count()) + " seconds in vain for '" +
-            std::string(text) + "'"};
+    const std::string span =
+        screen.HasEnded() ? "to the program's end" : std::to_string(limit.count()) + " s";
+    return {"waited " + span + " in vain for '" + std::string(text) + "'"};
 }
 
 Outcome Show(std::string_view, Screen& screen) {
@@ -139,9 +139,9 @@ struct Hand {
 
 constexpr std::array<Hand, 15> kHands{{
     {"show", "", "draw what stands on the desktop", Show},
-    {"double-click", "[ICON]", "ICON is a number or a part of the tooltip", DoubleClick},
-    {"right-click", "[ICON]", "opens the icon's menu", RightClick},
-    {"click", "[ICON]", "", Click},
+    {"click", "[ICON]", "an icon, with the left button", Click},
+    {"double-click", "[ICON]", "an icon, with the left button", DoubleClick},
+    {"right-click", "[ICON]", "an icon, for its menu", RightClick},
     {"move", "ICON | X Y", "the pointer, over an icon or to a place", Move},
     {"choose", "ITEM", "an item of the open menu", Choose},
     {"dismiss", "", "the open menu", Dismiss},
@@ -150,8 +150,8 @@ constexpr std::array<Hand, 15> kHands{{
     {"escape", "", "the key, in the front box or dialog", Escape},
     {"close", "", "the front box or dialog by its close box", Close},
     {"header", "COLUMN", "click a column's header, by title or number", Header},
-    {"command", "NUMBER", "post a command to the program, as another program can", Command},
-    {"wait", "TEXT [SECONDS]", "until an event's line holds TEXT (15 seconds)", Wait},
+    {"command", "NUMBER", "post a command, as another program can", Command},
+    {"wait", "TEXT | \"TEXT\" SECONDS", "until an event's line holds TEXT (15 seconds)", Wait},
     {"!", "COMMAND", "run a command of the shell", Shell},
 }};
 
@@ -159,11 +159,13 @@ void Help(Screen& screen) {
     Lines lines;
     const auto add = [&](std::string_view name, std::string_view arguments, std::string_view help) {
         std::string line = "  " + std::string(name) + " " + std::string(arguments);
-        if (!help.empty()) line.resize(std::max<std::size_t>(line.size() + 2, 26), ' ');
+        if (!help.empty()) line.resize(std::max<std::size_t>(line.size() + 2, 30), ' ');
         lines.push_back(line.append(help));
     };
     for (const Hand& hand : kHands) add(hand.name, hand.arguments, hand.help);
     add("quit", "", "log off; so does the end of the input");
+    lines.push_back(
+        "ICON is an icon's number or a part of its tooltip; the only icon needs neither.");
     screen.Print(lines);
 }
 
