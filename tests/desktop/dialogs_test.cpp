@@ -38,7 +38,7 @@ TEST_F(Dialogs, AvailableUpdates) {
               "The following Tessara Link software updates are available for download.  Click Yes "
               "to download and install them now; click No if you do not wish to install the update "
               "at this time.");
-    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "&Available Updates:");
+    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "Available Updates:");
     EXPECT_THAT(FrontRows(), ElementsAre("Agent|4.2.7-2"));
     EXPECT_EQ(FrontList().exStyle, 0x10020u);
     EXPECT_TRUE(FrontList().redraws);
@@ -89,7 +89,7 @@ TEST_F(Dialogs, FailedDownloadsListsTheLatestBatch) {
     desktop::Advance(std::chrono::hours(72));
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     EXPECT_EQ(Front().caption, "Failed Tessara Link Update Downloads");
-    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "&Failed Downloads:");
+    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "Failed Downloads:");
     EXPECT_EQ(TextOf(IDC_INTRO),
               "The followingTessara Link update files failed to download at the specified times "
               "for the specified reasons.\r\n\r\nClick Yes to attempt another download, or click "
@@ -211,7 +211,7 @@ TEST_F(InstalledUpdates, NamesTheProductOfEachFile) {
     WriteValue(kInstallResultsKey, "of any type", REG_SZ, std::string(12, '\0'));
     Open();
     EXPECT_EQ(Front().caption, "Installed Tessara Link Updates");
-    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "&Installed Updates:");
+    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "Installed Updates:");
     EXPECT_EQ(TextOf(IDC_INTRO),
               "The following Tessara Link updates have been installed at the specified dates and "
               "with the specified results.");

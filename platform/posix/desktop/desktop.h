@@ -42,7 +42,7 @@ struct Box {
     std::string text;
     UINT icon;  // MB_ICON..., 0 for none
     bool topmost;
-    std::vector<std::string> buttons;
+    std::vector<std::string> buttons;  // without the '&' of their keys
 };
 
 // Front one first.
@@ -69,8 +69,8 @@ struct List {
 struct Control {
     int id;
     std::string className;
-    std::string text;
-    RECT place;  // pixels, within the dialog
+    std::string text;  // without the '&' of its key
+    RECT place;        // pixels, within the dialog
     bool visible;
     bool enabled;
     bool isDefault;  // the button that Enter presses

@@ -64,7 +64,7 @@ Control LookAt(const Window& window, const DialogState& dialog) {
     Control seen{};
     seen.id = static_cast<int>(window.id);
     seen.className = window.type->name;
-    seen.text = window.text;
+    seen.text = PlainText(window.text);
     seen.place = window.place;
     seen.visible = window.Has(WS_VISIBLE);
     seen.enabled = !window.Has(WS_DISABLED);
@@ -92,7 +92,7 @@ Box LookAt(const Window& window, const BoxFacts& box) {
         window.handle, window.text, box.text, box.icon, (window.exStyle & WS_EX_TOPMOST) != 0, {}};
     for (const HWND child : window.children)
         if (const WindowPtr inner = LookupLocked(child); inner->type == &kButtonClass)
-            seen.buttons.push_back(inner->text);
+            seen.buttons.push_back(PlainText(inner->text));
     return seen;
 }
 

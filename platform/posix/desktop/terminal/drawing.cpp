@@ -12,10 +12,18 @@ constexpr std::size_t kShownRows = 20;  // longer lists are cut
 constexpr LONG kSameRow = 6;            // pixels by which controls of one row may differ in height
 constexpr std::string_view kGap = "   ";  // between buttons, between columns
 
-// The columns that a text takes: every byte but the later ones of a UTF-8 character.
+// A column is taken by every byte but the later ones of a UTF-8 character.
+bool TakesColumn(char c) { return (c & 0xc0) != 0x80; }
+
 std::size_t Width(std::string_view text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xc0) != 0x80; }));
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), TakesColumn));
+}
+
+// The text's first columns, `width` of them at most.
+std::string_view Cut(std::string_view text, std::size_t width) {
+    const auto end = std::find_if(text.begin(), text.end(),
+                                  [&](char c) { return TakesColumn(c) && width-- == 0; });
+    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
 std::string Padded(std::string text, std::size_t width) {
@@ -40,11 +48,12 @@ void Append(Lines& lines, const Lines& more) {
 
 // One paragraph, broken at blanks.
 void Wrap(std::string_view paragraph, Lines& lines) {
-    while (paragraph.size() > kTextWidth) {
-        const std::size_t blank = paragraph.rfind(' ', kTextWidth);
+    while (Width(paragraph) > kTextWidth) {
+        const std::size_t full = Cut(paragraph, kTextWidth).size();
+        const std::size_t blank = paragraph.rfind(' ', full);
         const bool breaks = blank != std::string_view::npos && blank > 0;
-        lines.emplace_back(paragraph.substr(0, breaks ? blank : kTextWidth));
-        paragraph.remove_prefix(breaks ? blank + 1 : kTextWidth);
+        lines.emplace_back(paragraph.substr(0, breaks ? blank : full));
+        paragraph.remove_prefix(breaks ? blank + 1 : full);
     }
     lines.emplace_back(paragraph);
 }
@@ -85,16 +94,9 @@ std::string_view Sign(UINT icon) {
     }
 }
 
-// "&Health" as the user sees it.
-std::string WithoutKeyMark(std::string text) {
-    std::erase(text, '&');
-    return text;
-}
-
 std::string Button(const std::string& text, bool isDefault, bool enabled) {
-    const std::string label = WithoutKeyMark(text);
-    if (!enabled) return "( " + label + " )";
-    return isDefault ? "[[ " + label + " ]]" : "[ " + label + " ]";
+    if (!enabled) return "( " + text + " )";
+    return isDefault ? "[[ " + text + " ]]" : "[ " + text + " ]";
 }
 
 std::string Title(const desktop::Column& column) {
@@ -111,7 +113,8 @@ std::string Title(const desktop::Column& column) {
 
 std::string Cell(const std::string& text) {
     const std::string line = InOneLine(text);
-    return line.size() <= kCellWidth ? line : line.substr(0, kCellWidth - 1) + "…";
+    if (Width(line) <= kCellWidth) return line;
+    return std::string(Cut(line, kCellWidth - 1)) + "…";
 }
 
 std::string TableRow(const Lines& cells, const std::vector<std::size_t>& widths, bool selected) {
@@ -158,7 +161,7 @@ Block DrawControl(const desktop::Control& control) {
     if (control.list) return {control.place, DrawList(*control.list)};
     if (control.className == "Button")
         return {control.place, {Button(control.text, control.isDefault, control.enabled)}};
-    return {control.place, Wrapped(WithoutKeyMark(control.text))};
+    return {control.place, Wrapped(control.text)};
 }
 
 std::vector<Block> BlocksOf(const desktop::Dialog& dialog) {
