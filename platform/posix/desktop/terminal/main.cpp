@@ -26,30 +26,30 @@ constexpr int kHandFailed = 70;
 class Input {
 public:
     // Whether a line can be taken, or the end, without blocking.
-    bool HasLine() const { return ended_ || text_.find('\n') != std::string::npos; }
+    bool HasLine() const { return m_ended || m_text.find('\n') != std::string::npos; }
 
     // To be called when the input is readable.
     void Fill() {
         std::array<char, 4096> piece;
         const ssize_t size = read(STDIN_FILENO, piece.data(), piece.size());
         if (size > 0)
-            text_.append(piece.data(), static_cast<std::size_t>(size));
+            m_text.append(piece.data(), static_cast<std::size_t>(size));
         else
-            ended_ = true;
+            m_ended = true;
     }
 
     // Nothing at the end.
     std::optional<std::string> TakeLine() {
-        if (text_.empty()) return std::nullopt;
-        const std::size_t end = text_.find('\n');
-        std::string line = text_.substr(0, end);
-        text_.erase(0, end == std::string::npos ? end : end + 1);
+        if (m_text.empty()) return std::nullopt;
+        const std::size_t end = m_text.find('\n');
+        std::string line = m_text.substr(0, end);
+        m_text.erase(0, end == std::string::npos ? end : end + 1);
         return line;
     }
 
 private:
-    std::string text_;
-    bool ended_ = false;
+    std::string m_text;
+    bool m_ended = false;
 };
 
 // The next line of the input; meanwhile shows what happens. Nothing at the end of input or program.
@@ -80,9 +80,10 @@ bool UseHands(Screen& screen, bool interactive) {
         if (!interactive) Repeat(*line, screen);
         const Done done = DoLine(*line, screen);
         screen.Refresh();
-        if (done.quits || screen.HasEnded()) return true;
+        if (done.quits) return true;
         screen.Print(done.whyNot.empty() ? Lines{} : Lines{"? " + done.whyNot});
         if (!done.whyNot.empty() && !interactive) return false;
+        if (screen.HasEnded()) return true;
     }
     return true;
 }

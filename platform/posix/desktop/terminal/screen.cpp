@@ -60,6 +60,14 @@ std::string Answer(UINT id) {
     return std::string(", ") + (id < kNames.size() ? kNames[id] : std::to_string(id));
 }
 
+// The line as a terminal may get it: what a program shows must not steer it.
+std::string Harmless(std::string line) {
+    const auto steers = [](unsigned char c) { return c < ' ' || c == 0x7f; };
+    std::replace(line.begin(), line.end(), '\t', ' ');
+    std::replace_if(line.begin(), line.end(), steers, '?');
+    return line;
+}
+
 bool IsShown(const std::vector<desktop::Dialog>& dialogs, std::string_view caption) {
     return std::any_of(dialogs.begin(), dialogs.end(), [&](const desktop::Dialog& dialog) {
         return dialog.caption == caption || IsShown(dialog.pages, caption);
@@ -79,25 +87,26 @@ std::string JoinedTexts(const desktop::Event& event) {
 
 }  // namespace
 
-Screen::Screen(bool prompts) : prompts_(prompts), pending_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+Screen::Screen(bool prompts)
+    : m_prompts(prompts), m_pending(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     desktop::Subscribe([this](const desktop::Event& event) {
-        const std::lock_guard lock(mutex_);
-        happened_.push_back(event);
+        const std::lock_guard lock(m_mutex);
+        m_happened.push_back(event);
         const std::uint64_t one = 1;
         // Cannot fail: the counter is far from its limit.
-        if (write(pending_, &one, sizeof one) != sizeof one) return;
+        if (write(m_pending, &one, sizeof one) != sizeof one) return;
     });
 }
 
 Screen::~Screen() {
     desktop::Subscribe(nullptr);
-    close(pending_);
+    close(m_pending);
 }
 
 void Screen::Print(const Lines& lines) {
-    std::string text = prompts_ ? kClearLine : "";
-    for (const std::string& line : lines) text.append(line).append("\n");
-    if (prompts_ && !ended_) text += kPrompt;
+    std::string text = m_prompts ? kClearLine : "";
+    for (const std::string& line : lines) text.append(Harmless(line)).append("\n");
+    if (m_prompts && !m_ended) text += kPrompt;
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
 }
@@ -116,9 +125,9 @@ std::string Screen::Describe(const desktop::Event& event) {
             text = InOneLine(event.text) + Answer(event.id);
             break;
         case EventKind::kMenuClosed: {
-            const auto chosen = std::find_if(menu_.begin(), menu_.end(),
+            const auto chosen = std::find_if(m_menu.begin(), m_menu.end(),
                                              [&](const auto& item) { return item.id == event.id; });
-            text = chosen == menu_.end() ? "nothing chosen" : chosen->text;
+            text = chosen == m_menu.end() ? "nothing chosen" : chosen->text;
             break;
         }
         case EventKind::kEnded:
@@ -141,7 +150,7 @@ void Screen::DrawOpened(const desktop::Event& event) {
         if (const auto dialog = desktop::FindDialog(event.text)) Print(Draw(*dialog));
     } else if (event.kind == EventKind::kMenuOpened) {
         if (const auto menu = desktop::OpenMenu()) {
-            menu_ = menu->items;
+            m_menu = menu->items;
             Print(Draw(*menu));
         }
     }
@@ -150,17 +159,17 @@ void Screen::DrawOpened(const desktop::Event& event) {
 void Screen::Refresh() {
     std::vector<desktop::Event> events;
     {
-        const std::lock_guard lock(mutex_);
-        events.swap(happened_);
+        const std::lock_guard lock(m_mutex);
+        events.swap(m_happened);
         std::uint64_t count;
         // Nothing to read if nothing has happened.
-        if (read(pending_, &count, sizeof count) != sizeof count) return;
+        if (read(m_pending, &count, sizeof count) != sizeof count) return;
     }
     for (const desktop::Event& event : events) {
         if (!IsSeen(event)) continue;
-        ended_ = ended_ || event.kind == EventKind::kEnded;
-        printed_.push_back(Describe(event));
-        Print(printed_.back());
+        m_ended = m_ended || event.kind == EventKind::kEnded;
+        m_printed.push_back(Describe(event));
+        Print(m_printed.back());
         DrawOpened(event);
     }
 }
@@ -169,15 +178,15 @@ bool Screen::WaitFor(std::string_view text, std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     for (;;) {
         Refresh();
-        for (; waitedFor_ < printed_.size(); ++waitedFor_) {
-            if (printed_[waitedFor_].find(text) == std::string::npos) continue;
-            ++waitedFor_;
+        for (; m_waitedFor < m_printed.size(); ++m_waitedFor) {
+            if (m_printed[m_waitedFor].find(text) == std::string::npos) continue;
+            ++m_waitedFor;
             return true;
         }
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(
             deadline - std::chrono::steady_clock::now());
-        if (ended_ || left.count() <= 0) return false;
-        pollfd something{pending_, POLLIN, 0};
+        if (m_ended || left.count() <= 0) return false;
+        pollfd something{m_pending, POLLIN, 0};
         poll(&something, 1, static_cast<int>(left.count()));
     }
 }

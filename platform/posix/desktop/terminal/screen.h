@@ -23,13 +23,13 @@ public:
     Screen& operator=(const Screen&) = delete;
 
     // Becomes readable when something has happened that is not printed yet.
-    int Pending() const { return pending_; }
+    int Pending() const { return m_pending; }
 
     // Prints what has happened so far.
     void Refresh();
 
     // Whether the program on the desktop has ended.
-    bool HasEnded() const { return ended_; }
+    bool HasEnded() const { return m_ended; }
 
     // Waits, printing, until an event's line holds `text`, beginning behind the event that was
     // waited for last. False if the time has run out or the program has ended.
@@ -44,14 +44,14 @@ private:
     std::string Describe(const desktop::Event& event);
     void DrawOpened(const desktop::Event& event);
 
-    const bool prompts_;
-    const int pending_;  // an event counter of the system
-    std::mutex mutex_;
-    std::vector<desktop::Event> happened_;  // not printed yet; under the mutex
-    Lines printed_;                         // of the events
-    std::size_t waitedFor_ = 0;             // events that a wait need not look at again
-    std::vector<desktop::MenuItem> menu_;   // of the menu opened last
-    bool ended_ = false;
+    const bool m_prompts;
+    const int m_pending;  // an event counter of the system
+    std::mutex m_mutex;
+    std::vector<desktop::Event> m_happened;  // not printed yet; under the mutex
+    Lines m_printed;                         // of the events
+    std::size_t m_waitedFor = 0;             // events that a wait need not look at again
+    std::vector<desktop::MenuItem> m_menu;   // of the menu opened last
+    bool m_ended = false;
 };
 
 }  // namespace terminal
