@@ -11,5 +11,8 @@ endif()
 if(VH_SANITIZE)
     # Instrumented code takes long to optimise; this halves the build, and stacks keep their lines. What the
     # compiler then believes to see of freed memory, the sanitizer knows better.
-    add_compile_options(-O1 -g1 -Wno-use-after-free)
+    add_compile_options(-O1 -g1)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-Wno-use-after-free)
+    endif()
 endif()
