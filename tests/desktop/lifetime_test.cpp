@@ -1,4 +1,4 @@
-// The applet's start and end: one instance, the start window, the exit codes, an empty tray.
+// The applet's start and end: one instance, the start window, the exit codes, an empty tray; scripts.
 #include <cstdlib>
 
 #include "src/system.h"
@@ -50,6 +50,19 @@ TEST_F(Lifetime, ASecondInstanceEndsAtOnceAndLeavesTheFirstAlone) {
     EXPECT_EQ(std::system(VH_TRAY " < /dev/null > /dev/null"), 0) << "another process";
     EXPECT_EQ(ExitCode(), std::nullopt);
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+}
+
+TEST_F(Lifetime, TheTerminalSaysWhyAHandFailsAndKeepsControlBytesOut) {
+    const struct {
+        std::string script, printed;
+    } scripts[] = {{"press OK", "? no window takes input"},
+                   {"wait", "? wait needs a text"},
+                   {"wait \"abc\" xyz", "? behind the quoted text stands a number of seconds"},
+                   {"# \033[31m", "# ?[31m"}};
+    for (const auto& [script, printed] : scripts) {
+        const auto run = "printf '" + script + "' | " VH_TRAY " | grep -xF '" + printed + "'";
+        EXPECT_EQ(std::system((run + " > /dev/null").c_str()), 0) << script;
+    }
 }
 
 TEST_F(Lifetime, DoesNotStartWhenTheMutexOrTheDialogCannotBeMade) {
