@@ -26,7 +26,9 @@ TEST_F(TrayIcons, TheMenuOfTheHealthIcon) {
 
 TEST_F(TrayIcons, TheIconChangesUnderAnOpenMenu) {
     desktop::RightClick(TRAY_ID_HEALTH);
-    ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH)) << "closes the menu and opens another one";
+    desktop::Click(TRAY_ID_HEALTH);
+    EXPECT_FALSE(desktop::OpenMenu()) << "any click elsewhere closes it";
+    desktop::RightClick(TRAY_ID_HEALTH);
     Show({.state = "low"});
     EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
     EXPECT_TRUE(desktop::DismissMenu());
