@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr int kSortKeyCapacity = 32;
-
 constexpr SortKind kInstallKinds[] = {SortKind::TextNoCase, SortKind::TextNoCase, SortKind::Custom,
                                       SortKind::Custom};
 constexpr ResultColumns kInstallColumns{IDS_INSTALLED_COLUMNS, kInstallKinds, 2, 3, 256};
@@ -80,7 +78,7 @@ bool CResultListView::AddRow(int row, std::initializer_list<std::string> texts,
     auto text = texts.begin();
     row = SetCell(row, 0, *text++);
     if (row == -1) return false;
-    auto owned = std::make_unique<UpdateResultRecord>(record);
+    auto owned = std::make_unique<Row>(Row{record, {}});
     if (SetItemData(row, reinterpret_cast<LPARAM>(owned.get()))) owned.release();
     for (int column = 1; text != texts.end(); ++column) SetCell(row, column, *text++);
     SetCell(row, m_columns.timeColumn, FormatResultTime(record, m_columns.timeCapacity));
@@ -88,9 +86,7 @@ bool CResultListView::AddRow(int row, std::initializer_list<std::string> texts,
     return true;
 }
 
-void CResultListView::ReleaseRow(LPARAM itemData) {
-    delete reinterpret_cast<const UpdateResultRecord*>(itemData);
-}
+void CResultListView::ReleaseRow(LPARAM itemData) { delete reinterpret_cast<const Row*>(itemData); }
 
 void CResultListView::SetSortColumn(int column, bool descending) {
     m_bSortDescending = descending;
@@ -102,12 +98,6 @@ void CResultListView::OnHeaderClick(const NMHEADERA& click) {
     if (click.iButton != 0) return;
     DoSortItems(click.iItem, click.iItem == m_arrow.Column() && !m_bSortDescending);
 }
-
-// What a row's item data points to while the list is being sorted.
-struct CResultListView::SortEntry {
-    const UpdateResultRecord* record;
-    char key[kSortKeyCapacity];  // the start of the cell's text
-};
 
 struct CResultListView::SortOrder {
     const CResultListView& list;
@@ -123,43 +113,17 @@ bool CResultListView::DoSortItems(int column, bool descending) {
         return true;
     }
     const CWaitCursor wait;
-    std::vector<SortEntry> entries(static_cast<std::size_t>(rows));
-    for (int row = 0; row < rows; ++row) {
-        SortEntry& entry = entries[static_cast<std::size_t>(row)];
-        entry.record = GetRecord(row);
+    for (int index = 0; index < rows; ++index) {
+        auto* const row = reinterpret_cast<Row*>(GetItemData(index));
+        if (!row) continue;
         // A control that cuts the text need not terminate it.
-        GetItemText(row, column, entry.key, kSortKeyCapacity);
-        entry.key[kSortKeyCapacity - 1] = '\0';
+        GetItemText(index, column, row->key, sizeof row->key);
+        row->key[sizeof row->key - 1] = '\0';
     }
-    bool sorted = LendRowsTo(entries);
-    if (sorted) {
-        const SortOrder order{*this, column, descending};
-        sorted = SortItems(CompareEntries, reinterpret_cast<LPARAM>(&order));
-    }
-    TakeRowsBack(entries);
+    const SortOrder order{*this, column, descending};
+    const bool sorted = SortItems(CompareRows, reinterpret_cast<LPARAM>(&order));
     if (sorted) SetSortColumn(column, descending);
     return sorted;
-}
-
-// Puts each row's entry in the place of its record. False: the control has refused one, and no row
-// is to be compared.
-bool CResultListView::LendRowsTo(const std::vector<SortEntry>& entries) {
-    for (std::size_t row = 0; row < entries.size(); ++row)
-        if (!SetItemData(static_cast<int>(row), reinterpret_cast<LPARAM>(&entries[row])))
-            return false;
-    return true;
-}
-
-// Gives each row that has an entry its record back.
-void CResultListView::TakeRowsBack(const std::vector<SortEntry>& entries) {
-    const auto first = reinterpret_cast<LPARAM>(entries.data());
-    const auto end = reinterpret_cast<LPARAM>(entries.data() + entries.size());
-    for (int row = 0; row < static_cast<int>(entries.size()); ++row) {
-        const LPARAM data = GetItemData(row);
-        if (data < first || data >= end) continue;
-        const auto* record = reinterpret_cast<const SortEntry*>(data)->record;
-        SetItemData(row, reinterpret_cast<LPARAM>(record));
-    }
 }
 
 SortKind CResultListView::KindOf(int column) const {
@@ -167,26 +131,28 @@ SortKind CResultListView::KindOf(int column) const {
     return index < m_arrColumnSortKind.size() ? m_arrColumnSortKind[index] : SortKind::None;
 }
 
-int CALLBACK CResultListView::CompareEntries(LPARAM a, LPARAM b, LPARAM order) {
-    const auto& first = *reinterpret_cast<const SortEntry*>(a);
-    const auto& second = *reinterpret_cast<const SortEntry*>(b);
+int CALLBACK CResultListView::CompareRows(LPARAM a, LPARAM b, LPARAM order) {
+    const auto* first = reinterpret_cast<const Row*>(a);
+    const auto* second = reinterpret_cast<const Row*>(b);
     const auto& [list, column, descending] = *reinterpret_cast<const SortOrder*>(order);
-    int result = 0;
-    switch (list.KindOf(column)) {
+    // A row that could not be given its record stands before all others.
+    const int result = first && second ? list.Compare(*first, *second, column)
+                                       : Order(first != nullptr, second != nullptr);
+    return descending ? -result : result;
+}
+
+int CResultListView::Compare(const Row& a, const Row& b, int column) const {
+    switch (KindOf(column)) {
         case SortKind::Text:
-            result = lstrcmpA(first.key, second.key);
-            break;
+            return lstrcmpA(a.key, b.key);
         case SortKind::TextNoCase:
-            result = lstrcmpiA(first.key, second.key);
-            break;
+            return lstrcmpiA(a.key, b.key);
         case SortKind::Custom:
-            if (first.record && second.record)
-                result = list.CompareItemsCustom(*first.record, *second.record, column);
-            break;
+            return CompareItemsCustom(a, b, column);
         case SortKind::None:
             break;
     }
-    return descending ? -result : result;
+    return 0;
 }
 
 int CResultListView::CompareItemsCustom(const UpdateResultRecord& a, const UpdateResultRecord& b,

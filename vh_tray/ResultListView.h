@@ -43,7 +43,7 @@ public:
 
     // The record of a row, which owns it; null if there is no such row.
     const UpdateResultRecord* GetRecord(int row) const {
-        return reinterpret_cast<const UpdateResultRecord*>(GetItemData(row));
+        return reinterpret_cast<const Row*>(GetItemData(row));
     }
 
     // Marks the column with an arrow; sorts nothing.
@@ -61,12 +61,14 @@ protected:
     void ReleaseRow(LPARAM itemData) override;
 
 private:
-    struct SortEntry;
+    // What a row's item data points to.
+    struct Row : UpdateResultRecord {
+        char key[32];  // the start of the cell's text in the column that is being sorted
+    };
     struct SortOrder;
-    static int CALLBACK CompareEntries(LPARAM a, LPARAM b, LPARAM order);
+    static int CALLBACK CompareRows(LPARAM a, LPARAM b, LPARAM order);
+    int Compare(const Row& a, const Row& b, int column) const;
 
-    bool LendRowsTo(const std::vector<SortEntry>& entries);
-    void TakeRowsBack(const std::vector<SortEntry>& entries);
     void OnColumnInserted(int column);
     void OnHeaderClick(const NMHEADERA& click);
     SortKind KindOf(int column) const;
