@@ -4,7 +4,10 @@ namespace {
 
 constexpr DWORD kBinaryNameCapacity = 8192;
 constexpr DWORD kAnyNameCapacity = 4096;
+
+// So many in a row, and the key is gone, or answers the same for ever.
 constexpr int kMostFailuresInARow = 100;
+constexpr int kMostLongNamesInARow = 100'000;
 
 std::uint64_t Ticks(const FILETIME& time) {
     return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
@@ -21,19 +24,19 @@ bool IsWithinResultWindow(const FILETIME& later, const FILETIME& earlier) {
 }
 
 bool CRecordWalk::NextBinaryRecord() {
-    for (int failures = 0; failures < kMostFailuresInARow;) {
-        m_name.resize(kBinaryNameCapacity);
+    char name[kBinaryNameCapacity];
+    for (int failures = 0;;) {
         DWORD length = kBinaryNameCapacity;
-        const LSTATUS status = RegEnumValueA(m_hKey, m_index++, m_name.data(), &length, nullptr,
-                                             nullptr, nullptr, nullptr);
+        const LSTATUS status =
+            RegEnumValueA(m_hKey, m_index++, name, &length, nullptr, nullptr, nullptr, nullptr);
         if (status == ERROR_NO_MORE_ITEMS) return false;
-        if (status == ERROR_MORE_DATA) continue;  // a name that is too long
         if (status != ERROR_SUCCESS) {
-            ++failures;
+            const bool tooLong = status == ERROR_MORE_DATA;
+            if (++failures >= (tooLong ? kMostLongNamesInARow : kMostFailuresInARow)) return false;
             continue;
         }
         failures = 0;
-        m_name.resize(length);
+        m_name.assign(name, length);
         DWORD type = REG_NONE;
         DWORD size = sizeof m_record;
         if (RegQueryValueExA(m_hKey, m_name.c_str(), nullptr, &type,
@@ -41,18 +44,17 @@ bool CRecordWalk::NextBinaryRecord() {
             type == REG_BINARY && size == sizeof m_record)
             return true;
     }
-    return false;
 }
 
 bool CRecordWalk::NextRecordOfAnyType() {
+    char name[kAnyNameCapacity];
     for (;;) {
-        m_name.resize(kAnyNameCapacity);
         DWORD length = kAnyNameCapacity;
         DWORD size = sizeof m_record;
-        if (RegEnumValueA(m_hKey, m_index++, m_name.data(), &length, nullptr, nullptr,
+        if (RegEnumValueA(m_hKey, m_index++, name, &length, nullptr, nullptr,
                           reinterpret_cast<BYTE*>(&m_record), &size) != ERROR_SUCCESS)
             return false;
-        m_name.resize(length);
+        m_name.assign(name, length);
         if (size == sizeof m_record) return true;
     }
 }

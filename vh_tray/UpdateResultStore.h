@@ -38,7 +38,7 @@ public:
 
     // Gives the next value that is a REG_BINARY record; any other is passed over, one that cannot
     // be read or whose name is too long as well. False at the end of the key, or when so many
-    // attempts in a row have failed that the key must be gone.
+    // attempts in a row have failed that there is no end to wait for.
     bool NextBinaryRecord();
 
     // Gives the next value that is a record by its size, of whatever type. False at the end of the

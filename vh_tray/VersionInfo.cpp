@@ -3,6 +3,7 @@
 #include <winver.h>
 
 #include <cstdio>
+#include <cstring>
 #include <new>
 
 #include "AutomationDate.h"
@@ -11,7 +12,7 @@ namespace {
 
 constexpr DWORD kDefaultTranslation = 0x040904B0;  // US English, Unicode
 constexpr DWORD kPathCapacity = 520;
-constexpr int kDateCapacity = 256;
+constexpr int kDateCapacity = 255;
 
 }  // namespace
 
@@ -39,6 +40,7 @@ int CVersionInfo::LoadFile(LPCSTR path) {
     if (!LoadBlock(path)) {
         m_dwLastError = GetLastError();
         m_pData.reset();
+        m_pFixedInfo = nullptr;
         return 0;
     }
     ReadTranslation();
@@ -98,6 +100,7 @@ void CVersionInfo::GetFileDate(FILETIME& date) const {
 void CVersionInfo::GetFileDateSystemTime(SYSTEMTIME& date) const {
     FILETIME fileTime;
     GetFileDate(fileTime);
+    date = {};
     FileTimeToSystemTime(&fileTime, &date);
 }
 
@@ -111,9 +114,9 @@ double CVersionInfo::GetFileDateVariant() const {
 LPCSTR CVersionInfo::GetFileDateString() const {
     static char text[kDateCapacity] = "";
     if (m_bLoaded) {
-        SYSTEMTIME date{};
+        SYSTEMTIME date;
         GetFileDateSystemTime(date);
-        GetDateFormatA(LOCALE_USER_DEFAULT, DATE_LONGDATE, &date, nullptr, text, kDateCapacity - 1);
+        GetDateFormatA(LOCALE_USER_DEFAULT, DATE_LONGDATE, &date, nullptr, text, kDateCapacity);
     }
     return text;
 }
@@ -125,8 +128,11 @@ const std::string& CVersionInfo::Text(std::string& cached, const char* name) {
                   static_cast<unsigned long>(m_dwTranslation), name);
     void* text = nullptr;
     UINT length = 0;
-    // What counts is the pointer.
+    // What counts is the pointer; a text that nothing ends goes to the end of the block.
     VerQueryValueA(m_pData.get(), subBlock, &text, &length);
-    if (text) cached = static_cast<const char*>(text);
+    if (const auto* begin = static_cast<const char*>(text)) {
+        const auto* end = reinterpret_cast<const char*>(m_pData.get() + m_dwSize);
+        cached.assign(begin, strnlen(begin, static_cast<std::size_t>(end - begin)));
+    }
     return cached;
 }
