@@ -16,11 +16,11 @@
 #include "FileThread.h"
 #include "RegThread.h"
 #include "TrayMouseTrack.h"
-#include "UpdateResultStore.h"
 #include "frame/CriticalSection.h"
 #include "frame/DialogImpl.h"
 #include "frame/MessageLoop.h"
 #include "frame/UpdateUI.h"
+#include "hlxHealthResult.h"
 #include "resource.h"
 
 constexpr UINT_PTR IDT_START = 0xdeadbeef;
@@ -35,8 +35,8 @@ constexpr UINT TRAY_ID_INSTALLED = 10055;
 constexpr UINT TRAY_ID_DOWNLOADS = 10056;
 
 // What the agent's assessment says of the machine. Unknown has no icon on the tray.
-constexpr LONG HEALTH_UNKNOWN = 0;
-constexpr LONG HEALTH_HIGH = 3;
+constexpr LONG HEALTH_UNKNOWN = HLX_HEALTH_UNKNOWN;
+constexpr LONG HEALTH_HIGH = HLX_HEALTH_HIGH;
 
 class CMainDlg : public CDialogImpl<CMainDlg>,
                  public CUpdateUI<CMainDlg>,

@@ -22,9 +22,9 @@ HWND FindSheet(HMODULE library) {
 }
 
 // Shows the applet's sheet as the Control Panel would, and returns when the user has closed it. The
-// flag is down again before the applet is told to stop.
+// flag is down again before the applet is told to stop. By then the owner may be gone, and null.
 template <class OnClosed>
-void DriveApplet(APPLET_PROC applet, HWND owner, std::string page, OnClosed onClosed) {
+void DriveApplet(APPLET_PROC applet, const HWND& owner, std::string page, OnClosed onClosed) {
     if (applet(owner, CPL_INIT, 0, 0) == 0) {
         onClosed();
         return;

@@ -1,11 +1,10 @@
 // What is on offer, what was installed, what failed: each event looks at its source anew and tells
 // the user with a transient icon.
-#include <memory>
-
 #include "MainDlg.h"
 #include "NewerVersion.h"
-#include "hlxRegistryKey.h"
 #include "SwCacheRecord.h"
+#include "UpdateResultStore.h"
+#include "hlxRegistryKey.h"
 
 namespace {
 

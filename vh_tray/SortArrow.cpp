@@ -24,7 +24,7 @@ constexpr int kArrowFlags = HDF_SORTUP | HDF_SORTDOWN;
 void SetArrowFlags(const CHeaderCtrl& header, int column, int flags) {
     HDITEMA item{};
     item.mask = HDI_FORMAT;
-    header.GetItem(column, &item);
+    if (!header.GetItem(column, &item)) return;
     item.fmt = (item.fmt & ~kArrowFlags) | flags;
     header.SetItem(column, &item);
 }
@@ -80,8 +80,7 @@ void CSortArrow::ShowByBitmap(const CHeaderCtrl& header, int oldColumn, bool des
         item.hbm = m_hSavedHeaderBitmap;
         header.SetItem(oldColumn, &item);
     }
-    if (m_nSortColumn < 0) return;
-    header.GetItem(m_nSortColumn, &item);
+    if (m_nSortColumn < 0 || !header.GetItem(m_nSortColumn, &item)) return;
     if (moved) {
         m_nSavedHeaderFormat = item.fmt;
         m_hSavedHeaderBitmap = item.hbm;

@@ -73,7 +73,7 @@ private:
 
     T& Self() { return static_cast<T&>(*this); }
 
-    // 0 leaves the keyboard focus to the dialog.
+    // 0: the system is to set no focus of its own.
     LRESULT OnInitDialog() {
         if (LoadText(T::kTexts.caption, m_strIntro)) this->SetWindowText(m_strIntro.c_str());
         LoadText(T::kTexts.intro, m_strIntro);
