@@ -134,14 +134,12 @@ TEST_F(Dialogs, AClickOnAHeaderSorts) {
         return names + (FrontColumn(column).arrow == desktop::Arrow::kUp ? " up" : " down");
     };
     EXPECT_EQ(order(1), "Abc down") << "the order of the key";
-    const struct {
-        int column;
-        const char* result;
-    } clicks[] = {{1, "Abc up"}, {1, "cbA down"}, {0, "Abc up"}, {0, "cbA down"},
-                  {2, "Abc up"}, {2, "cbA down"}, {0, "Abc up"}};
-    for (const auto& click : clicks) {
-        ASSERT_TRUE(desktop::ClickHeader(click.column));
-        EXPECT_EQ(order(static_cast<std::size_t>(click.column)), click.result);
+    const std::pair<int, const char*> clicks[] = {{1, "Abc up"},   {1, "cbA down"}, {0, "Abc up"},
+                                                  {0, "cbA down"}, {2, "Abc up"},   {2, "cbA down"},
+                                                  {0, "Abc up"}};
+    for (const auto& [column, result] : clicks) {
+        ASSERT_TRUE(desktop::ClickHeader(column));
+        EXPECT_EQ(order(static_cast<std::size_t>(column)), result);
     }
     EXPECT_EQ(desktop::WaitCursors(), 7);
     machine::FailNext("LVM_SORTITEMS", 1, 0);

@@ -24,10 +24,7 @@ std::string Described(const Frame& frame) {
 }
 
 TEST(FrameText, TellsCommandPayloadAndBytes) {
-    const struct {
-        Frame frame;
-        const char* text;
-    } cases[] = {
+    const std::pair<Frame, const char*> cases[] = {
         {{0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0, 0, 0},
          "command 4, reassess health, 5 bytes\n  00 00 00 04 00 00 00 05 00 00 00 00 00\n"},
         {{0, 0, 0, 10, 0, 0, 0, 3, 'H', 'i', 0},
@@ -53,7 +50,7 @@ TEST(FrameText, TellsCommandPayloadAndBytes) {
         {{0, 0, 0, 99, 0, 0, 0, 0}, "command 99, unknown, 0 bytes\n  00 00 00 63 00 00 00 00\n"},
         {{1, 2}, "no frame: 2 bytes, shorter than a header\n  01 02\n"},
     };
-    for (const auto& each : cases) EXPECT_EQ(Described(each.frame), each.text);
+    for (const auto& [frame, text] : cases) EXPECT_EQ(Described(frame), text);
 }
 
 TEST(FrameSplitter, GivesEachFrameWhenItsLastByteHasCome) {

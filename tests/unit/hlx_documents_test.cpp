@@ -193,9 +193,7 @@ TEST(Reader, HandsOutTheWholeOfADocument) {
 }
 
 TEST(Reader, TakesDocumentsOfEveryShape) {
-    const struct {
-        const char *document, *handedOut;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"<r/>", "0"},
         {"<r><HealthState>HIGH</HealthState><HealthState>low</HealthState></r>", "0 state=3"},
         {"<r><HealthState>critical</HealthState></r>", "0 state=0"},
@@ -225,7 +223,8 @@ TEST(Reader, TakesDocumentsOfEveryShape) {
         {"<r><Enabled>true</Enabled></r><r/>", "8"},
         {"<r>\xFF</r>", "8"},
     };
-    for (const auto& each : cases) EXPECT_EQ(Read(each.document), each.handedOut) << each.document;
+    for (const auto& [document, handedOut] : cases)
+        EXPECT_EQ(Read(document), handedOut) << document;
 }
 
 TEST(Reader, OutlivesDeepAndLargeDocuments) {

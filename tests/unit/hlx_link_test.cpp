@@ -31,10 +31,7 @@ private:
 };
 
 TEST_F(DatagramReceiver, GetsTheFrameOfEachCommand) {
-    const struct {
-        std::int32_t (*send)();
-        const char* code;
-    } bare[] = {
+    const std::pair<std::int32_t (*)(), const char*> bare[] = {
         {hlx_sendCommand2, "02"},  {hlx_requestReassess, "04"}, {hlx_sendCommand5, "05"},
         {hlx_sendCommand6, "06"},  {hlx_requestDownload, "07"}, {hlx_sendCommand12, "0C"},
         {hlx_sendCommand13, "0D"},

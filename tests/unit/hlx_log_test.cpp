@@ -167,9 +167,7 @@ TEST(Environment, SetsWhatIsNotEmpty) {
 }
 
 TEST(SwCache, ReadsFourFieldsByTheirDelimiters) {
-    const struct {
-        const char *text, *fields;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"", "|||"},
         {"a:b:c:d\n", "a|b|c|d"},
         {"a:b:c:d", "a|b|c|d"},
@@ -182,12 +180,11 @@ TEST(SwCache, ReadsFourFieldsByTheirDelimiters) {
         {"123456789:b:c:d\n", "1234567|9|b|c:d"},
     };
     const TempPath path("swcache");
-    for (const auto& each : cases) {
-        path.Write(each.text);
+    for (const auto& [text, fields] : cases) {
+        path.Write(text);
         char name[8], version[8], third[8], fourth[8];
         ASSERT_EQ(hlx_getSwCache(path.c_str(), name, 8, version, 8, third, 8, fourth, 8), HLX_DONE);
-        EXPECT_EQ(std::string(name) + "|" + version + "|" + third + "|" + fourth, each.fields)
-            << each.text;
+        EXPECT_EQ(std::string(name) + "|" + version + "|" + third + "|" + fourth, fields) << text;
     }
     char field[8];
     EXPECT_EQ(hlx_getSwCache(path.c_str(), field, 8, nullptr, 8, field, 8, field, 8), HLX_REFUSED);
