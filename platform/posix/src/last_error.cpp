@@ -40,11 +40,10 @@ DWORD ErrorOfErrno(int error) {
 }
 
 void NotImplemented(const char* what) {
-#ifndef NDEBUG
     std::fprintf(stderr, "Not implemented by the Win32 subset: %s\n", what);
+#ifndef NDEBUG
     std::abort();
 #endif
-    (void)what;
     SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
 }
 

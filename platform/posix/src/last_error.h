@@ -26,8 +26,8 @@ Result Fail(DWORD error, Result result) {
 // The Windows number for a POSIX one, for files and folders.
 DWORD ErrorOfErrno(int error);
 
-// For a corner of the API that nobody here calls: stops a debug build, and otherwise leaves
-// ERROR_CALL_NOT_IMPLEMENTED as the thread's last error.
+// For a corner of the API that nobody here calls: says so on standard error and stops a debug
+// build; any other goes on with ERROR_CALL_NOT_IMPLEMENTED as the thread's last error.
 void NotImplemented(const char* what);
 
 }  // namespace win32
