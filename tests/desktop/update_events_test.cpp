@@ -1,4 +1,5 @@
 // What raises the three transient icons, and what does not.
+#include "hlxRegistryKey.h"
 #include "story.h"
 
 namespace {
@@ -110,10 +111,12 @@ TEST_F(UpdateEvents, AValueInASubkeyIsAChangeAndADismissedIconComesBack) {
 
 TEST_F(UpdateEvents, AScanOverAKeyThatFailsForGoodComesToAnEnd) {
     StartWith({});
-    machine::FailNext("RegEnumValueA", machine::kEveryCall, ERROR_KEY_DELETED);
-    Report(kInstallResultsKey, "x", 0);
-    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
-    machine::ClearFaults();
+    for (const DWORD error : {ERROR_KEY_DELETED, ERROR_MORE_DATA}) {
+        machine::FailNext("RegEnumValueA", machine::kEveryCall, error);
+        Report(kInstallResultsKey, "x", 0);
+        EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
+        machine::ClearFaults();
+    }
     machine::FailNext("RegEnumValueA", 3, ERROR_MORE_DATA);
     for (int i = 0; i < 3; ++i) WriteValue(kDownloadResultsKey, std::to_string(i), REG_SZ, "");
     Report(kInstallResultsKey, "a", 0);
@@ -122,13 +125,18 @@ TEST_F(UpdateEvents, AScanOverAKeyThatFailsForGoodComesToAnEnd) {
 
 TEST_F(UpdateEvents, TheFirstHitAmongTenThousandEndsTheScan) {
     for (int i = 0; i < 10'000; ++i) Report(kInstallResultsKey, "file" + std::to_string(i), 0);
-    // Any second enumeration would fail the scan.
     StartWith({});
     desktop::DoubleClick(TRAY_ID_INSTALLED);
     desktop::CloseWindow();
-    machine::FailNext("RegQueryValueExA", 1, ERROR_ACCESS_DENIED);
+    machine::FailNext("RegEnumValueA", 1, ERROR_ACCESS_DENIED, 1);
     Report(kInstallResultsKey, "file0", 0);
     EXPECT_EQ(Tray().size(), 2u);
+    const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, kInstallResultsKey);
+    char name[16];
+    DWORD size = sizeof name;
+    EXPECT_EQ(RegEnumValueA(key, 1, name, &size, nullptr, nullptr, nullptr, nullptr),
+              ERROR_ACCESS_DENIED)
+        << "nobody has asked for the second value before";
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ constexpr int kEveryCall = -1;
 
 // Lets the next `count` calls of `operation` fail with `error` (kEveryCall: until cleared).
 // `detail` narrows it to calls with that detail: the message of Shell_NotifyIconA, the control
-// id of SetDlgItemTextA, the size of an allocation; each operation says which it gives.
+// id of SetDlgItemTextA, the index of RegEnumValueA, the size of an allocation; each operation says
+// which it gives.
 void FailNext(std::string_view operation, int count, std::uint32_t error,
               std::int64_t detail = kAnyDetail);
 

@@ -33,8 +33,9 @@ const char* OrEmpty(const char* text) { return text ? text : ""; }
 
 // An operation on an open key: the fault ordered for it, or what it does with the key.
 template <class Body>
-LONG OnKey(const char* operation, HKEY handle, Body body) {
-    if (const auto error = machine::Strike(operation)) return Code(*error);
+LONG OnKey(const char* operation, HKEY handle, Body body,
+           std::int64_t detail = machine::kAnyDetail) {
+    if (const auto error = machine::Strike(operation, detail)) return Code(*error);
     const KeyPointer key = KeyOf(handle);
     return key ? Code(body(*key)) : ERROR_INVALID_HANDLE;
 }
@@ -84,14 +85,9 @@ LONG RegCloseKey(HKEY key) {
     return ERROR_SUCCESS;
 }
 
-LONG RegDeleteKeyA(HKEY key, LPCSTR subkey) {
-    return OnKey("RegDeleteKeyA", key,
-                 [&](win32::RegistryKey& parent) { return parent.Delete(OrEmpty(subkey), false); });
-}
-
 LONG RegDeleteTreeA(HKEY key, LPCSTR subkey) {
     return OnKey("RegDeleteTreeA", key,
-                 [&](win32::RegistryKey& parent) { return parent.Delete(OrEmpty(subkey), true); });
+                 [&](win32::RegistryKey& parent) { return parent.Delete(OrEmpty(subkey)); });
 }
 
 LONG RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data, LPDWORD size) {
@@ -119,16 +115,19 @@ LONG RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD, LPDWORD type, LPBYTE data
 
 LONG RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPDWORD type,
                    LPBYTE data, LPDWORD size) {
-    return OnKey("RegEnumValueA", key, [&](win32::RegistryKey& opened) {
-        win32::RegistryValue value;
-        if (const DWORD error = opened.ReadAt(index, value)) return error;
-        if (type) *type = value.type;
-        const DWORD error = HandOut(value.data, data, size);
-        if (*nameSize <= value.name.size()) return DWORD{ERROR_MORE_DATA};
-        std::memcpy(name, value.name.c_str(), value.name.size() + 1);
-        *nameSize = static_cast<DWORD>(value.name.size());
-        return error;
-    });
+    return OnKey(
+        "RegEnumValueA", key,
+        [&](win32::RegistryKey& opened) {
+            win32::RegistryValue value;
+            if (const DWORD error = opened.ReadAt(index, value)) return error;
+            if (type) *type = value.type;
+            const DWORD error = HandOut(value.data, data, size);
+            if (*nameSize <= value.name.size()) return DWORD{ERROR_MORE_DATA};
+            std::memcpy(name, value.name.c_str(), value.name.size() + 1);
+            *nameSize = static_cast<DWORD>(value.name.size());
+            return error;
+        },
+        index);
 }
 
 LONG RegQueryInfoKeyA(HKEY key, LPSTR, LPDWORD classSize, LPDWORD, LPDWORD subkeys,
