@@ -1,5 +1,5 @@
-// Takes the fuzzer's place in the ordinary tests: hands each seed to the harness whole, cut at every
-// place, and with each of its bytes turned round.
+// Takes the fuzzer's place in the ordinary tests: hands each seed to the harness whole, cut at
+// every place, and with each of its bytes turned round.
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
