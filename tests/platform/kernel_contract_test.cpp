@@ -100,7 +100,7 @@ TEST_F(Registry, ANotificationFiresOnceForValuesOfTheSubtreeAndAtTheClose) {
     const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     const auto keys = [&] {
         RegCloseKey(Create(key, "another"));
-        RegDeleteKeyA(key, "another");
+        RegDeleteTreeA(key, "another");
     };
     const struct {
         const char* what;

@@ -6,7 +6,7 @@
 typedef struct tagINITCOMMONCONTROLSEX {
     DWORD dwSize;
     DWORD dwICC;
-} INITCOMMONCONTROLSEX, *LPINITCOMMONCONTROLSEX;
+} INITCOMMONCONTROLSEX;
 
 #define ICC_LISTVIEW_CLASSES 0x00000001
 
@@ -29,14 +29,14 @@ typedef struct _HD_ITEMA {
     UINT type;
     void* pvFilter;
     UINT state;
-} HDITEMA, *LPHDITEMA;
+} HDITEMA;
 
 typedef struct tagNMHEADERA {
     NMHDR hdr;
     int iItem;
     int iButton;
     HDITEMA* pitem;
-} NMHEADERA, *LPNMHEADERA;
+} NMHEADERA;
 
 #define HDI_WIDTH 0x0001
 #define HDI_TEXT 0x0002
@@ -79,7 +79,7 @@ typedef struct tagLVITEMA {
     UINT* puColumns;
     int* piColFmt;
     int iGroup;
-} LVITEMA, *LPLVITEMA;
+} LVITEMA;
 
 typedef struct tagLVCOLUMNA {
     UINT mask;
@@ -93,7 +93,7 @@ typedef struct tagLVCOLUMNA {
     int cxMin;
     int cxDefault;
     int cxIdeal;
-} LVCOLUMNA, *LPLVCOLUMNA;
+} LVCOLUMNA;
 
 typedef struct tagNMLISTVIEW {
     NMHDR hdr;
@@ -104,7 +104,7 @@ typedef struct tagNMLISTVIEW {
     UINT uChanged;
     POINT ptAction;
     LPARAM lParam;
-} NMLISTVIEW, *LPNMLISTVIEW;
+} NMLISTVIEW;
 
 typedef int(CALLBACK* PFNLVCOMPARE)(LPARAM, LPARAM, LPARAM);
 

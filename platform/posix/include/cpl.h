@@ -17,4 +17,4 @@ typedef struct tagCPLINFO {
     int idName;
     int idInfo;
     LONG_PTR lData;
-} CPLINFO, *LPCPLINFO;
+} CPLINFO;

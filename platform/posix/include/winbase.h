@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdarg>
-#include <cstring>
 
 #include "windef.h"
 
@@ -11,8 +10,6 @@
 #define FORMAT_MESSAGE_ALLOCATE_BUFFER 0x00000100
 #define FORMAT_MESSAGE_IGNORE_INSERTS 0x00000200
 #define FORMAT_MESSAGE_FROM_SYSTEM 0x00001000
-
-#define ZeroMemory(destination, size) memset((destination), 0, (size))
 
 DWORD WINAPI GetLastError();
 void WINAPI SetLastError(DWORD error);
@@ -68,8 +65,6 @@ void WINAPI DeleteCriticalSection(LPCRITICAL_SECTION section);
 
 // --- Processes and threads
 
-#define STILL_ACTIVE 259
-
 struct OSVERSIONINFOA {
     DWORD dwOSVersionInfoSize;
     DWORD dwMajorVersion;
@@ -100,7 +95,6 @@ BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version);
 HANDLE WINAPI GetCurrentProcess();
 DWORD WINAPI GetCurrentProcessId();
 DWORD WINAPI GetCurrentThreadId();
-BOOL WINAPI GetExitCodeThread(HANDLE thread, LPDWORD code);
 // The thread's handle is signalled at once; the thread itself stops for good where it next waits
 // and keeps what it holds.
 BOOL WINAPI TerminateThread(HANDLE thread, DWORD code);
@@ -144,7 +138,6 @@ void WINAPI GetSystemTime(LPSYSTEMTIME time);
 void WINAPI GetLocalTime(LPSYSTEMTIME time);
 void WINAPI GetSystemTimeAsFileTime(LPFILETIME time);
 BOOL WINAPI FileTimeToSystemTime(const FILETIME* from, LPSYSTEMTIME to);
-BOOL WINAPI SystemTimeToFileTime(const SYSTEMTIME* from, LPFILETIME to);
 // `zone` must be null: the zone now in force.
 BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* zone,
                                             const SYSTEMTIME* utc, LPSYSTEMTIME local);

@@ -8,39 +8,22 @@
 #define WINAPI
 #define CALLBACK
 #define APIENTRY
-#define PASCAL
 #define __stdcall
-#define __cdecl
-#define CONST const
-#define FAR
 
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using UINT = unsigned int;
-using ULONG = std::uint32_t;
-using USHORT = std::uint16_t;
-using UCHAR = unsigned char;
 using INT = int;
 using LONG = std::int32_t;
-using SHORT = std::int16_t;
 using CHAR = char;
-using WCHAR = wchar_t;
 using BOOL = int;
-using BOOLEAN = BYTE;
-using FLOAT = float;
-using LONGLONG = std::int64_t;
-using ULONGLONG = std::uint64_t;
-using DWORDLONG = std::uint64_t;
 using INT_PTR = std::intptr_t;
 using UINT_PTR = std::uintptr_t;
 using LONG_PTR = std::intptr_t;
 using ULONG_PTR = std::uintptr_t;
 using DWORD_PTR = std::uintptr_t;
-using SIZE_T = std::size_t;
-using ATOM = WORD;
 using LCID = DWORD;
-using LANGID = WORD;
 using COLORREF = DWORD;
 using REGSAM = DWORD;
 using HRESULT = LONG;
@@ -52,22 +35,12 @@ using LRESULT = LONG_PTR;
 using PVOID = void*;
 using LPVOID = void*;
 using LPCVOID = const void*;
-using PBYTE = BYTE*;
 using LPBYTE = BYTE*;
-using LPWORD = WORD*;
 using PUINT = UINT*;
 using PDWORD = DWORD*;
 using LPDWORD = DWORD*;
-using PLONG = LONG*;
-using LPLONG = LONG*;
-using LPBOOL = BOOL*;
-using LPINT = int*;
-using PCHAR = char*;
 using LPSTR = char*;
 using LPCSTR = const char*;
-using PSTR = char*;
-using PCSTR = const char*;
-using LPWSTR = wchar_t*;
 using LPCWSTR = const wchar_t*;
 
 #ifndef TRUE
@@ -85,8 +58,6 @@ using LPCWSTR = const wchar_t*;
 #define MAKELPARAM(low, high) ((LPARAM)(DWORD)MAKELONG(low, high))
 #define LOWORD(value) ((WORD)((DWORD_PTR)(value)&0xffff))
 #define HIWORD(value) ((WORD)(((DWORD_PTR)(value) >> 16) & 0xffff))
-#define LOBYTE(value) ((BYTE)((DWORD_PTR)(value)&0xff))
-#define HIBYTE(value) ((BYTE)(((DWORD_PTR)(value) >> 8) & 0xff))
 
 // Each kind of handle is a pointer type of its own, so that the compiler tells them apart.
 #define DECLARE_HANDLE(name) \
@@ -104,21 +75,14 @@ DECLARE_HANDLE(HDC);
 DECLARE_HANDLE(HBITMAP);
 DECLARE_HANDLE(HBRUSH);
 DECLARE_HANDLE(HPEN);
-DECLARE_HANDLE(HFONT);
-DECLARE_HANDLE(HRGN);
-DECLARE_HANDLE(HPALETTE);
 DECLARE_HANDLE(HMONITOR);
-DECLARE_HANDLE(HRSRC);
-DECLARE_HANDLE(HACCEL);
 using HMODULE = HINSTANCE;
 using HCURSOR = HICON;
-using HGLOBAL = HANDLE;
 using HLOCAL = HANDLE;
 using PHKEY = HKEY*;
 using PHANDLE = HANDLE*;
 
 using FARPROC = INT_PTR(WINAPI*)();
-using PROC = FARPROC;
 
 struct FILETIME {
     DWORD dwLowDateTime;
@@ -131,14 +95,7 @@ struct POINT {
     LONG x;
     LONG y;
 };
-using PPOINT = POINT*;
 using LPPOINT = POINT*;
-
-struct SIZE {
-    LONG cx;
-    LONG cy;
-};
-using LPSIZE = SIZE*;
 
 struct RECT {
     LONG left;
@@ -146,9 +103,7 @@ struct RECT {
     LONG right;
     LONG bottom;
 };
-using PRECT = RECT*;
 using LPRECT = RECT*;
-using LPCRECT = const RECT*;
 
 struct GUID {
     DWORD Data1;

@@ -31,7 +31,6 @@ LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD reserved, LPSTR keyCl
                             LPDWORD disposition);
 // A notification that is armed on the key fires.
 LONG WINAPI RegCloseKey(HKEY key);
-LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey);
 LONG WINAPI RegDeleteTreeA(HKEY key, LPCSTR subkey);
 
 LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,

@@ -9,7 +9,6 @@
 #define bind posix_bind
 #define listen posix_listen
 #define accept posix_accept
-#define getsockname posix_getsockname
 #define connect posix_connect
 #define send posix_send
 #define sendto posix_sendto
@@ -23,7 +22,6 @@
 #undef bind
 #undef listen
 #undef accept
-#undef getsockname
 #undef connect
 #undef send
 #undef sendto
@@ -33,8 +31,6 @@
 #include "windef.h"
 
 using SOCKET = UINT_PTR;
-using SOCKADDR = sockaddr;
-using SOCKADDR_IN = sockaddr_in;
 
 #define INVALID_SOCKET ((SOCKET)(~0))
 #define SOCKET_ERROR (-1)
@@ -84,7 +80,6 @@ int setsockopt(SOCKET socket, int level, int option, const char* value, int size
 int bind(SOCKET socket, const sockaddr* address, int size);
 int listen(SOCKET socket, int backlog);
 SOCKET accept(SOCKET socket, sockaddr* address, int* size);
-int getsockname(SOCKET socket, sockaddr* address, int* size);
 int connect(SOCKET socket, const sockaddr* address, int size);
 int send(SOCKET socket, const char* data, int size, int flags);
 int sendto(SOCKET socket, const char* data, int size, int flags, const sockaddr* address,

@@ -25,7 +25,7 @@ typedef struct tagNMHDR {
     HWND hwndFrom;
     UINT_PTR idFrom;
     UINT code;
-} NMHDR, *LPNMHDR;
+} NMHDR;
 
 typedef struct tagMONITORINFO {
     DWORD cbSize;
@@ -49,7 +49,6 @@ typedef struct tagMONITORINFO {
 #define WM_DESTROY 0x0002
 #define WM_SETREDRAW 0x000B
 #define WM_SETTEXT 0x000C
-#define WM_GETTEXT 0x000D
 #define WM_CLOSE 0x0010
 #define WM_QUIT 0x0012
 #define WM_SETTINGCHANGE 0x001A
@@ -60,7 +59,6 @@ typedef struct tagMONITORINFO {
 #define WM_SETICON 0x0080
 #define WM_NCDESTROY 0x0082
 #define WM_KEYDOWN 0x0100
-#define WM_CHAR 0x0102
 #define WM_INITDIALOG 0x0110
 #define WM_COMMAND 0x0111
 #define WM_TIMER 0x0113
@@ -135,8 +133,6 @@ typedef struct tagMONITORINFO {
 #define PM_NOREMOVE 0x0000
 #define PM_REMOVE 0x0001
 
-#define CW_USEDEFAULT ((int)0x80000000)
-
 // Messages and the queue of the thread
 BOOL WINAPI GetMessageA(LPMSG message, HWND window, UINT first, UINT last);
 BOOL WINAPI PeekMessageA(LPMSG message, HWND window, UINT first, UINT last, UINT remove);
@@ -150,9 +146,6 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT elapse, TIMERPROC proc);
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id);
 
 // Windows
-HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR text, DWORD style, int x, int y,
-                            int width, int height, HWND parent, HMENU idOrMenu, HINSTANCE instance,
-                            LPVOID parameter);
 BOOL WINAPI DestroyWindow(HWND window);
 BOOL WINAPI IsWindow(HWND window);
 BOOL WINAPI IsChild(HWND parent, HWND window);
@@ -163,7 +156,6 @@ BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL re
 BOOL WINAPI GetWindowRect(HWND window, LPRECT rect);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
-int WINAPI GetWindowTextA(HWND window, LPSTR text, int capacity);
 HWND WINAPI GetParent(HWND window);
 HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus(void);
@@ -183,7 +175,6 @@ INT_PTR WINAPI DialogBoxParamA(HINSTANCE instance, LPCSTR templateName, HWND own
                                LPARAM parameter);
 BOOL WINAPI EndDialog(HWND dialog, INT_PTR result);
 HWND WINAPI GetDlgItem(HWND dialog, int id);
-int WINAPI GetDlgCtrlID(HWND window);
 BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
 BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message);
 LRESULT WINAPI DefDlgProcA(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
@@ -205,8 +196,6 @@ BOOL WINAPI MessageBeep(UINT type);
 // Menus
 #define MF_POPUP 0x00000010
 #define MF_END 0x00000080
-#define MF_BYCOMMAND 0x00000000
-#define MF_BYPOSITION 0x00000400
 #define TPM_RIGHTBUTTON 0x0002
 HMENU WINAPI LoadMenuA(HINSTANCE instance, LPCSTR name);
 HMENU WINAPI GetSubMenu(HMENU menu, int position);

@@ -87,14 +87,6 @@ BOOL FileTimeToSystemTime(const FILETIME* from, LPSYSTEMTIME to) {
     return TRUE;
 }
 
-BOOL SystemTimeToFileTime(const SYSTEMTIME* from, LPFILETIME to) {
-    if (win32::Refused("SystemTimeToFileTime")) return FALSE;
-    const auto date = win32::TicksOf(*from);
-    if (!date) return win32::Fail(ERROR_INVALID_PARAMETER, FALSE);
-    *to = win32::FileTimeOf(*date);
-    return TRUE;
-}
-
 BOOL SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* zone, const SYSTEMTIME* utc,
                                      LPSYSTEMTIME local) {
     if (win32::Refused("SystemTimeToTzSpecificLocalTime")) return FALSE;

@@ -178,14 +178,11 @@ DWORD RegistryKey::Create(std::string_view path, std::shared_ptr<RegistryKey>& k
     return ERROR_SUCCESS;
 }
 
-DWORD RegistryKey::Delete(std::string_view path, bool tree) const {
+DWORD RegistryKey::Delete(std::string_view path) const {
     std::shared_ptr<RegistryKey> key;
     if (const DWORD error = Open(path, key)) return error;
     std::error_code error;
     const fs::path folder = fs::read_symlink(key->FolderPath(), error);
-    if (!tree)
-        for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
-            if (entry.is_directory(error)) return ERROR_ACCESS_DENIED;
     fs::remove_all(folder, error);
     const Descriptor parent = OpenFolder(AT_FDCWD, folder.parent_path());
     if (parent) TouchFolder(parent.Get());

@@ -38,8 +38,8 @@ public:
     DWORD Open(std::string_view path, std::shared_ptr<RegistryKey>& key) const;
     // The same, but makes each key on the way that is missing; `created` tells of the last one.
     DWORD Create(std::string_view path, std::shared_ptr<RegistryKey>& key, bool& created) const;
-    // Deletes the key at `path`, which must not have subkeys unless `tree`.
-    DWORD Delete(std::string_view path, bool tree) const;
+    // Deletes the key at `path` with all that is in it.
+    DWORD Delete(std::string_view path) const;
 
     DWORD Read(std::string_view name, RegistryValue& value) const;
     DWORD Write(const RegistryValue& value) const;

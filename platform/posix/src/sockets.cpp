@@ -12,7 +12,6 @@ extern "C" decltype(posix_socket) posix_socket __asm__("socket");
 extern "C" decltype(posix_setsockopt) posix_setsockopt __asm__("setsockopt");
 extern "C" decltype(posix_bind) posix_bind __asm__("bind");
 extern "C" decltype(posix_listen) posix_listen __asm__("listen");
-extern "C" decltype(posix_getsockname) posix_getsockname __asm__("getsockname");
 extern "C" decltype(posix_connect) posix_connect __asm__("connect");
 extern "C" decltype(posix_send) posix_send __asm__("send");
 extern "C" decltype(posix_sendto) posix_sendto __asm__("sendto");
@@ -126,14 +125,6 @@ SOCKET accept(SOCKET socket, sockaddr* address, int* size) {
         Passed(::accept4(FileOf(socket), address, size ? &length : nullptr, SOCK_CLOEXEC));
     if (size) *size = static_cast<int>(length);
     return SocketOf(file);
-}
-
-int getsockname(SOCKET socket, sockaddr* address, int* size) {
-    if (!MayCall("getsockname")) return SOCKET_ERROR;
-    auto length = static_cast<socklen_t>(*size);
-    const int result = Passed(posix_getsockname(FileOf(socket), address, &length));
-    *size = static_cast<int>(length);
-    return result;
 }
 
 int connect(SOCKET socket, const sockaddr* address, int size) {

@@ -20,27 +20,24 @@ thread_local DWORD t_id = NewThreadId();
 struct Thread : win32::Waitable {
     bool Signalled() const override { return ended; }
 
-    // Under the lock of the world. The first end counts.
-    void End(DWORD exitCode) {
-        if (ended) return;
+    // Under the lock of the world.
+    void End() {
         ended = true;
-        code = exitCode;
         machine::WorldChanged();
     }
 
     const DWORD id = NewThreadId();
     bool ended = false;
-    DWORD code = STILL_ACTIVE;
     machine::ThreadMark mark;
 };
 
 void RunThread(Thread& thread, unsigned (*procedure)(void*), void* argument) {
     t_id = thread.id;
     thread.mark.Enter();
-    const unsigned code = procedure(argument);
+    procedure(argument);
     {
         const auto lock = machine::LockWorld();
-        thread.End(code);
+        thread.End();
     }
     thread.mark.Leave();
 }
@@ -67,22 +64,13 @@ std::uintptr_t _beginthreadex(void*, unsigned, unsigned (*procedure)(void*), voi
 
 DWORD GetCurrentThreadId() { return t_id; }
 
-BOOL GetExitCodeThread(HANDLE handle, LPDWORD code) {
-    if (win32::Refused("GetExitCodeThread")) return FALSE;
-    const auto thread = win32::ObjectOf<Thread>(handle);
-    if (!thread) return FALSE;
-    const auto lock = machine::LockWorld();
-    *code = thread->code;
-    return TRUE;
-}
-
-BOOL TerminateThread(HANDLE handle, DWORD code) {
+BOOL TerminateThread(HANDLE handle, DWORD) {
     if (win32::Refused("TerminateThread")) return FALSE;
     const auto thread = win32::ObjectOf<Thread>(handle);
     if (!thread) return FALSE;
     const auto lock = machine::LockWorld();
     thread->mark.Abandon();
-    thread->End(code);
+    thread->End();
     return TRUE;
 }
 

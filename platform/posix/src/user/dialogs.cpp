@@ -88,8 +88,8 @@ void ReenableOwner(const Window& dialog, DialogState& state) {
 
 // What Enter presses: the button that has the focus, else the default one.
 LRESULT ButtonOfEnter(HWND dialog) {
-    const HWND focus = GetFocus();
-    if (IsChild(dialog, focus) && IsPushButton(Lookup(focus))) return GetDlgCtrlID(focus);
+    const WindowPtr focus = Lookup(GetFocus());
+    if (IsPushButton(focus) && IsChild(dialog, focus->handle)) return focus->id;
     const LRESULT answer = SendMessageA(dialog, DM_GETDEFID, 0, 0);
     return HIWORD(answer) == DC_HASDEFID ? LOWORD(answer) : IDOK;
 }
@@ -206,11 +206,6 @@ HWND WINAPI GetDlgItem(HWND dialog, int id) {
         if (Lookup(child)->id == id) return child;
     SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
     return nullptr;
-}
-
-int WINAPI GetDlgCtrlID(HWND handle) {
-    const WindowPtr window = Lookup(handle);
-    return window ? static_cast<int>(window->id) : 0;
 }
 
 // Strikes with the control's id as detail.

@@ -150,26 +150,6 @@ BOOL WINAPI IsWindow(HWND handle) {
     return LookupLocked(handle) != nullptr;
 }
 
-HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR text, DWORD style, int x, int y,
-                            int width, int height, HWND parent, HMENU idOrMenu, HINSTANCE instance,
-                            LPVOID) {
-    if (win32::Refused("CreateWindowExA")) return nullptr;
-    const WindowClass* type = FindClass(className);
-    if (!type) return win32::Fail(ERROR_CANNOT_FIND_WND_CLASS, nullptr);
-    if (parent && !Lookup(parent)) return nullptr;
-    if (x == CW_USEDEFAULT) x = y = 0;
-    if (width == CW_USEDEFAULT) width = height = 0;
-    return Create({type,
-                   text ? text : "",
-                   style,
-                   exStyle,
-                   {x, y, x + width, y + height},
-                   parent,
-                   reinterpret_cast<LONG_PTR>(idOrMenu),
-                   instance})
-        ->handle;
-}
-
 // Owned windows go first. The window is off the desktop before it hears of its end.
 BOOL WINAPI DestroyWindow(HWND handle) {
     const WindowPtr window = Lookup(handle);

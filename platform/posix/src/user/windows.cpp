@@ -9,7 +9,6 @@
 #include "machine/waits.h"
 #include "src/user/desk.h"
 #include "src/user/dialog_state.h"
-#include "src/user/hand_out.h"
 
 using namespace user;
 
@@ -128,12 +127,6 @@ BOOL WINAPI SetWindowTextA(HWND handle, LPCSTR text) {
     return SendMessageA(handle, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;
 }
 
-int WINAPI GetWindowTextA(HWND handle, LPSTR text, int capacity) {
-    if (text && capacity > 0) *text = '\0';
-    return static_cast<int>(SendMessageA(handle, WM_GETTEXT, static_cast<WPARAM>(capacity),
-                                         reinterpret_cast<LPARAM>(text)));
-}
-
 HWND WINAPI SetFocus(HWND handle) {
     if (handle && !Lookup(handle)) return nullptr;
     const machine::WorldLock lock = machine::LockWorld();
@@ -237,8 +230,6 @@ LRESULT WINAPI DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM l
             window->text = text ? text : "";
             return TRUE;
         }
-        case WM_GETTEXT:
-            return HandOut(window->text, reinterpret_cast<LPSTR>(lParam), static_cast<int>(wParam));
         case WM_SETREDRAW:
             window->redraws = wParam != 0;
             return 0;
