@@ -1,6 +1,6 @@
 // Pointer, screen and the sizes that the system sets.
-#include "src/last_error.h"
 #include "machine/waits.h"
+#include "src/last_error.h"
 #include "src/user/desk.h"
 
 using namespace user;

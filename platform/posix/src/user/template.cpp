@@ -1,4 +1,3 @@
-#include "src/last_error.h"
 #include "src/user/template.h"
 
 #include <cstring>

@@ -1,5 +1,4 @@
 // The table of windows: who lives, who stands in front, how a window comes and goes.
-#include "src/last_error.h"
 #include "src/user/window.h"
 
 #include <algorithm>
@@ -7,6 +6,7 @@
 
 #include "machine/journal.h"
 #include "machine/waits.h"
+#include "src/last_error.h"
 #include "src/user/desk.h"
 #include "src/user/dialog_state.h"
 #include "src/user/queue.h"
