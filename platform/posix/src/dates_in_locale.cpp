@@ -60,7 +60,8 @@ bool FieldsOf(const SYSTEMTIME* given, tm& fields) {
     return true;
 }
 
-int HandOut(const std::string& result, LPSTR text, int capacity) {
+// Copies a text whole, or not at all; gives its size with the NUL. A capacity of 0 asks for that.
+int CopyWhole(const std::string& result, LPSTR text, int capacity) {
     const int size = static_cast<int>(result.size()) + 1;
     if (capacity == 0) return size;
     if (capacity < size) return win32::Fail(ERROR_INSUFFICIENT_BUFFER, 0);
@@ -81,7 +82,7 @@ int GetDateFormatA(LCID, DWORD flags, const SYSTEMTIME* time, LPCSTR picture, LP
     if (!FieldsOf(time, fields)) return win32::Fail(ERROR_INVALID_PARAMETER, 0);
     const UserLocale locale;
     const char* pattern = flags & DATE_LONGDATE ? "%A, %B %-d, %Y" : locale.ShortDate();
-    return HandOut(locale.Format(pattern, fields), text, capacity);
+    return CopyWhole(locale.Format(pattern, fields), text, capacity);
 }
 
 int GetTimeFormatA(LCID, DWORD flags, const SYSTEMTIME* time, LPCSTR picture, LPSTR text,
@@ -97,5 +98,5 @@ int GetTimeFormatA(LCID, DWORD flags, const SYSTEMTIME* time, LPCSTR picture, LP
     const bool seconds = !(flags & TIME_NOSECONDS);
     const char* pattern = locale.HasTwelveHours() ? (seconds ? "%-I:%M:%S %p" : "%-I:%M %p")
                                                   : (seconds ? "%H:%M:%S" : "%H:%M");
-    return HandOut(locale.Format(pattern, fields), text, capacity);
+    return CopyWhole(locale.Format(pattern, fields), text, capacity);
 }

@@ -42,8 +42,8 @@ LONG OnKey(const char* operation, HKEY handle, Body body,
 
 HKEY NewKeyHandle(KeyPointer key) { return static_cast<HKEY>(win32::NewHandle(std::move(key))); }
 
-// Hands data out as RegQueryValueEx and RegEnumValue do: a null `data` asks for the size.
-DWORD HandOut(const std::string& bytes, LPBYTE data, LPDWORD size) {
+// Copies data out as RegQueryValueEx and RegEnumValue do: a null `data` asks for the size.
+DWORD CopyData(const std::string& bytes, LPBYTE data, LPDWORD size) {
     if (!size) return data ? ERROR_INVALID_PARAMETER : ERROR_SUCCESS;
     const DWORD capacity = *size;
     *size = static_cast<DWORD>(bytes.size());
@@ -95,7 +95,7 @@ LONG RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data,
         win32::RegistryValue value;
         if (const DWORD error = opened.Read(OrEmpty(name), value)) return error;
         if (type) *type = value.type;
-        return HandOut(value.data, data, size);
+        return CopyData(value.data, data, size);
     });
 }
 
@@ -109,7 +109,7 @@ LONG RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD, LPDWORD type, LPBYTE data
             const std::u16string wide = win32::WideText(value.data);
             value.data.assign(reinterpret_cast<const char*>(wide.data()), wide.size() * 2);
         }
-        return HandOut(value.data, data, size);
+        return CopyData(value.data, data, size);
     });
 }
 
@@ -121,7 +121,7 @@ LONG RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD,
             win32::RegistryValue value;
             if (const DWORD error = opened.ReadAt(index, value)) return error;
             if (type) *type = value.type;
-            const DWORD error = HandOut(value.data, data, size);
+            const DWORD error = CopyData(value.data, data, size);
             if (*nameSize <= value.name.size()) return DWORD{ERROR_MORE_DATA};
             std::memcpy(name, value.name.c_str(), value.name.size() + 1);
             *nameSize = static_cast<DWORD>(value.name.size());

@@ -1,7 +1,7 @@
 // The header control over a list.
 #include <algorithm>
 
-#include "src/user/hand_out.h"
+#include "src/user/copy_cut.h"
 #include "src/user/list_view.h"
 
 namespace user {
@@ -21,7 +21,7 @@ void Change(HeaderItem& item, const HDITEMA& from) {
 
 void Tell(const HeaderItem& item, HDITEMA& to) {
     if (to.mask & HDI_WIDTH) to.cxy = item.width;
-    if (to.mask & HDI_TEXT) HandOut(item.text, to.pszText, to.cchTextMax);
+    if (to.mask & HDI_TEXT) CopyCut(item.text, to.pszText, to.cchTextMax);
     if (to.mask & HDI_FORMAT) to.fmt = item.format;
     if (to.mask & HDI_BITMAP) to.hbm = item.bitmap;
     if (to.mask & HDI_LPARAM) to.lParam = item.parameter;

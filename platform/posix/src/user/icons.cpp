@@ -3,7 +3,7 @@
 
 #include "src/last_error.h"
 #include "src/module_resources.h"
-#include "src/user/hand_out.h"
+#include "src/user/copy_cut.h"
 #include "src/user/objects.h"
 #include "src/user/template.h"
 
@@ -83,7 +83,7 @@ int WINAPI LoadStringA(HINSTANCE instance, UINT id, LPSTR text, int capacity) {
     if (win32::Refused("LoadStringA", id)) return 0;
     const std::string found = LoadText(instance, id);
     if (found.empty()) return win32::Fail(ERROR_RESOURCE_NAME_NOT_FOUND, 0);
-    return HandOut(found, text, capacity);
+    return CopyCut(found, text, capacity);
 }
 
 HCURSOR WINAPI LoadCursorA(HINSTANCE, LPCSTR name) {

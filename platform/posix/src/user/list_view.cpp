@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "src/last_error.h"
-#include "src/user/hand_out.h"
+#include "src/user/copy_cut.h"
 
 namespace user {
 
@@ -102,7 +102,7 @@ bool ListView::SetItem(const LVITEMA& item) {
 bool ListView::GetItem(LVITEMA& item) const {
     const Row* row = RowAt(static_cast<WPARAM>(item.iItem));
     if (!row) return false;
-    if (item.mask & LVIF_TEXT) HandOut(row->Cell(item.iSubItem), item.pszText, item.cchTextMax);
+    if (item.mask & LVIF_TEXT) CopyCut(row->Cell(item.iSubItem), item.pszText, item.cchTextMax);
     if (item.mask & LVIF_PARAM) item.lParam = row->parameter;
     if (item.mask & LVIF_STATE) item.state = row->state & item.stateMask;
     return true;
@@ -184,7 +184,7 @@ LRESULT ListView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             return GetItem(*item);
         case LVM_GETITEMTEXTA: {
             const Row* row = RowAt(wParam);
-            return row ? HandOut(row->Cell(item->iSubItem), item->pszText, item->cchTextMax) : 0;
+            return row ? CopyCut(row->Cell(item->iSubItem), item->pszText, item->cchTextMax) : 0;
         }
         case LVM_SETITEMSTATE:
             return SetState(wParam, item->state, item->stateMask);

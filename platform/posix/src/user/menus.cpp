@@ -3,7 +3,6 @@
 
 #include "machine/journal.h"
 #include "src/last_error.h"
-#include "src/user/hand_out.h"
 #include "src/user/menu.h"
 #include "src/user/objects.h"
 #include "src/user/queue.h"

@@ -1,5 +1,4 @@
 // What can be asked and done of one window: its place, text, state, fields and default behaviour.
-#include "src/last_error.h"
 #include "src/user/window.h"
 
 #include <algorithm>
@@ -7,6 +6,7 @@
 
 #include "machine/journal.h"
 #include "machine/waits.h"
+#include "src/last_error.h"
 #include "src/user/desk.h"
 #include "src/user/dialog_state.h"
 

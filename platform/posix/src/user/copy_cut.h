@@ -1,4 +1,4 @@
-// How the A functions hand out texts.
+// How the A functions copy a text to a buffer that may be too small for it.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 namespace user {
 
 // Copies a text, cut at `capacity` bytes with the terminator; gives the number of bytes before it.
-inline int HandOut(const std::string& text, LPSTR to, int capacity) {
+inline int CopyCut(const std::string& text, LPSTR to, int capacity) {
     if (!to || capacity <= 0) return 0;
     const std::size_t length = std::min(text.size(), static_cast<std::size_t>(capacity) - 1);
     std::memcpy(to, text.data(), length);
