@@ -1,6 +1,5 @@
 #include "FileThread.h"
 
-#include <mbstring.h>
 #include <process.h>
 
 #include <cstdlib>
