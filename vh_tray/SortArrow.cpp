@@ -1,20 +1,18 @@
 #include "SortArrow.h"
 
-namespace {
+#include <shlwapi.h>
 
-// What DllGetVersion of the common controls fills in.
-struct DllVersion {
-    DWORD size, major, minor, build, platform;
-};
+namespace {
 
 // Headers of version 6 draw sort arrows themselves.
 bool HeaderDrawsArrows() {
     const HMODULE controls = LoadLibraryA("comctl32.dll");
     if (!controls) return false;
-    using GetVersion = HRESULT(CALLBACK*)(DllVersion*);
-    const auto getVersion = reinterpret_cast<GetVersion>(GetProcAddress(controls, "DllGetVersion"));
-    DllVersion version{sizeof version, 0, 0, 0, 0};
-    const bool draws = getVersion && SUCCEEDED(getVersion(&version)) && version.major >= 6;
+    const auto getVersion =
+        reinterpret_cast<DLLGETVERSIONPROC>(GetProcAddress(controls, "DllGetVersion"));
+    DLLVERSIONINFO version{};
+    version.cbSize = sizeof version;
+    const bool draws = getVersion && SUCCEEDED(getVersion(&version)) && version.dwMajorVersion >= 6;
     FreeLibrary(controls);
     return draws;
 }

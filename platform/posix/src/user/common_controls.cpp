@@ -1,22 +1,18 @@
 // The common controls as a library: their start, and the version that they tell.
 #include <windows.h>
 #include <commctrl.h>
+#include <shlwapi.h>
 
 #include "machine/faults.h"
 #include "src/modules.h"
 
 namespace {
 
-struct DllVersion {
-    DWORD size, major, minor, build, platform;
-};
-
 // Version 6, whose header draws sort arrows itself.
-HRESULT CALLBACK DllGetVersion(DllVersion* version) {
+HRESULT CALLBACK DllGetVersion(DLLVERSIONINFO* version) {
     if (machine::Strike("DllGetVersion")) return E_FAIL;
-    if (version->size != sizeof *version) return E_INVALIDARG;
-    constexpr DWORD kWindowsNt = 2;
-    *version = {sizeof *version, 6, 0, 0, kWindowsNt};
+    if (version->cbSize != sizeof *version) return E_INVALIDARG;
+    *version = {sizeof *version, 6, 0, 0, DLLVER_PLATFORM_NT};
     return S_OK;
 }
 
