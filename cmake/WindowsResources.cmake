@@ -1,7 +1,8 @@
 # add_windows_resources(NAME SCRIPT) makes the target NAME: linked into a program or module, it puts
 # the compiled resource script SCRIPT into it. A Windows program gets a resource section from the
 # linker; a POSIX one gets the same bytes, in the .res format, as the section ".win32res", from which
-# platform/posix serves LoadStringA, DialogBoxParamA, GetFileVersionInfoA and their kin.
+# platform/posix serves LoadStringA, DialogBoxParamA, GetFileVersionInfoA and their kin. It is compiled
+# with the headers of the platform, so that a POSIX build needs no compiler for Windows.
 #
 # Extra arguments are further files that the script includes.
 find_program(WINDRES i686-w64-mingw32-windres REQUIRED)
@@ -26,7 +27,8 @@ function(add_windows_resources name script)
         configure_file(${assembly}.in ${assembly} COPYONLY)
         add_custom_command(
             OUTPUT ${object}
-            COMMAND ${WINDRES} -I ${folder} -O res ${script} ${res}
+            COMMAND ${WINDRES} -I ${folder} -I ${CMAKE_SOURCE_DIR}/platform/posix/include
+                -O res ${script} ${res}
             COMMAND ${CMAKE_CXX_COMPILER} -c ${assembly} -o ${object}
             DEPENDS ${script} ${ARGN} ${assembly}
             VERBATIM)

@@ -13,6 +13,7 @@ typedef struct tagINITCOMMONCONTROLSEX {
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes);
 
 #define WC_LISTVIEWA "SysListView32"
+#define WC_LISTVIEW WC_LISTVIEWA
 #define WC_HEADERA "SysHeader32"
 
 // Header

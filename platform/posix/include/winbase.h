@@ -1,7 +1,7 @@
 // Processes, threads, waits, files, modules, time, errors, the event log and tokens.
 #pragma once
 
-#include <cstdarg>
+#include <stdarg.h>
 
 #include "windef.h"
 

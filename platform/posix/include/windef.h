@@ -2,27 +2,29 @@
 // parameters and handles are as wide as a pointer. Wide characters are the compiler's own.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include <stddef.h>
+#include <stdint.h>
 
 #define WINAPI
 #define CALLBACK
 #define APIENTRY
+#ifndef __stdcall  // which the preprocessor of resource scripts may have
 #define __stdcall
+#endif
 
-using BYTE = std::uint8_t;
-using WORD = std::uint16_t;
-using DWORD = std::uint32_t;
+using BYTE = uint8_t;
+using WORD = uint16_t;
+using DWORD = uint32_t;
 using UINT = unsigned int;
 using INT = int;
-using LONG = std::int32_t;
+using LONG = int32_t;
 using CHAR = char;
 using BOOL = int;
-using INT_PTR = std::intptr_t;
-using UINT_PTR = std::uintptr_t;
-using LONG_PTR = std::intptr_t;
-using ULONG_PTR = std::uintptr_t;
-using DWORD_PTR = std::uintptr_t;
+using INT_PTR = intptr_t;
+using UINT_PTR = uintptr_t;
+using LONG_PTR = intptr_t;
+using ULONG_PTR = uintptr_t;
+using DWORD_PTR = uintptr_t;
 using LCID = DWORD;
 using COLORREF = DWORD;
 using REGSAM = DWORD;

@@ -4,6 +4,8 @@
 #include "windef.h"
 #include "winbase.h"
 
+#define LANG_ENGLISH 0x09
+#define SUBLANG_ENGLISH_US 0x01
 #define LOCALE_USER_DEFAULT 0x0400
 #define DATE_SHORTDATE 0x00000001
 #define DATE_LONGDATE 0x00000002

@@ -43,6 +43,7 @@ typedef struct tagMONITORINFO {
 #define RT_DIALOG MAKEINTRESOURCEA(5)
 #define RT_STRING MAKEINTRESOURCEA(6)
 #define RT_GROUP_ICON MAKEINTRESOURCEA(14)
+#define RT_MANIFEST 24  // for resource scripts, which take a plain number
 
 // Window messages
 #define WM_NULL 0x0000

@@ -3,8 +3,14 @@
 
 #include "windef.h"
 
+// For resource scripts
+#define VS_VERSION_INFO 1
+#define VS_FFI_FILEFLAGSMASK 0x0000003F
 #define VOS__WINDOWS32 0x00000004
+#define VOS_NT_WINDOWS32 0x00040004
+#define VFT_APP 1
 #define VFT_DLL 2
+#define VFT2_UNKNOWN 0
 
 struct VS_FIXEDFILEINFO {
     DWORD dwSignature;
