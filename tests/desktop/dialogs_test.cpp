@@ -147,17 +147,26 @@ TEST_F(Dialogs, AClickOnAHeaderSorts) {
     EXPECT_EQ(order(0), "Abc up") << "a refused sort changes nothing";
 }
 
+// How many pixels of a row of the picture the arrow covers.
+int Breadth(HBITMAP picture, int row) {
+    const HDC canvas = CreateCompatibleDC(nullptr);
+    SelectObject(canvas, picture);
+    int inked = 0;
+    for (int x = 0; x < 16; ++x) inked += GetPixel(canvas, x, row) == GetSysColor(COLOR_BTNSHADOW);
+    DeleteDC(canvas);
+    return inked;
+}
+
 TEST_F(Dialogs, AHeaderThatDrawsNoArrowsGetsAPicture) {
     StartWith({});
     Report(kDownloadResultsKey, "a", kFailed);
     machine::FailNext("GetProcAddress", 1, ERROR_PROC_NOT_FOUND);
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     const HBITMAP down = FrontColumn(1).bitmap;
-    EXPECT_NE(down, nullptr);
+    EXPECT_GT(Breadth(down, 5), Breadth(down, 8));
     desktop::ClickHeader(1);
     const HBITMAP up = FrontColumn(1).bitmap;
-    EXPECT_NE(up, nullptr);
-    EXPECT_NE(up, down);
+    EXPECT_LT(Breadth(up, 5), Breadth(up, 8));
     desktop::ClickHeader(0);
     EXPECT_EQ(FrontColumn(1).bitmap, nullptr);
     EXPECT_EQ(FrontColumn(0).bitmap, up);
