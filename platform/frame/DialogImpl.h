@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "frame/AppModule.h"
+#include "frame/Dispatch.h"
 #include "frame/Window.h"
 
 // Binds the C++ object to the window that the dialog manager is making. Its virtual operations, in
@@ -32,7 +33,7 @@ protected:
         CDialogImplBase* self = FromWindow(window);
         if (!self) return FALSE;
         LRESULT result = 0;
-        const BOOL handled = self->ProcessWindowMessage(window, message, wParam, lParam, result);
+        const BOOL handled = Dispatch(*self, window, message, wParam, lParam, result);
         if (message == WM_NCDESTROY) {
             SetWindowLongPtrA(window, GWLP_USERDATA, 0);
             self->m_hWnd = nullptr;

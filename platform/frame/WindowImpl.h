@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include "frame/Dispatch.h"
 #include "frame/Reflection.h"
 #include "frame/Window.h"
 
@@ -33,7 +34,7 @@ protected:
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* self = reinterpret_cast<CWindowImpl*>(GetWindowLongPtrA(window, GWLP_USERDATA));
         LRESULT result = 0;
-        if (!self->ProcessWindowMessage(window, message, wParam, lParam, result))
+        if (!Dispatch(*self, window, message, wParam, lParam, result))
             result = IsReflected(message) ? 0 : self->DefWindowProc(message, wParam, lParam);
         if (message == WM_NCDESTROY) {
             SetWindowLongPtrA(window, GWLP_WNDPROC,

@@ -10,6 +10,7 @@
 #include "ResultText.h"
 #include "UpdateResultStore.h"
 #include "VersionInfo.h"
+#include "frame/Dispatch.h"
 
 namespace {
 
@@ -119,6 +120,14 @@ TEST(Reboot, IsNeededByThreeResults) {
     for (const DWORD result : {1641u, 3010u, 3011u}) EXPECT_TRUE(NeedsReboot(result)) << result;
     for (const DWORD result : {0u, 1603u, 1642u, 3009u, 3012u})
         EXPECT_FALSE(NeedsReboot(result)) << result;
+}
+
+TEST(Dispatch, MemoryThatRunsOutLeavesTheMessageUnhandled) {
+    struct {
+        BOOL ProcessWindowMessage(HWND, UINT, WPARAM, LPARAM, LRESULT&) { throw std::bad_alloc(); }
+    } window;
+    LRESULT result = 0;
+    EXPECT_FALSE(Dispatch(window, nullptr, WM_INITDIALOG, 0, 0, result));
 }
 
 }  // namespace
