@@ -10,17 +10,11 @@
 namespace {
 
 std::atomic<int> g_socketStartups{0};
-std::atomic<int> g_comStartups{0};
 thread_local int t_comStartups = 0;
 
 }  // namespace
 
-namespace win32 {
-
-int SocketStartups() { return g_socketStartups; }
-int ComStartups() { return g_comStartups; }
-
-}  // namespace win32
+int win32::SocketStartups() { return g_socketStartups; }
 
 int WSAStartup(WORD version, LPWSADATA data) {
     if (const auto error = machine::Strike("WSAStartup")) return static_cast<int>(*error);
@@ -41,12 +35,9 @@ int WSACleanup() {
 
 HRESULT CoInitialize(LPVOID) {
     if (const auto error = machine::Strike("CoInitialize")) return static_cast<HRESULT>(*error);
-    ++g_comStartups;
     return t_comStartups++ == 0 ? S_OK : S_FALSE;
 }
 
 void CoUninitialize() {
-    if (t_comStartups == 0) return;
-    --t_comStartups;
-    --g_comStartups;
+    if (t_comStartups > 0) --t_comStartups;
 }

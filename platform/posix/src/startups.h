@@ -1,12 +1,9 @@
-// Which of the system's libraries the process has started and not yet closed.
+// Whether the process has started the socket library and not yet closed it.
 #pragma once
 
 namespace win32 {
 
 // Calls of WSAStartup that WSACleanup has not taken back.
 int SocketStartups();
-
-// Calls of CoInitialize that CoUninitialize has not taken back, on all threads.
-int ComStartups();
 
 }  // namespace win32
