@@ -1,7 +1,7 @@
 // The applet's start and end: one instance, the start window, the exit codes, an empty tray; scripts.
 #include <cstdlib>
 
-#include "src/system.h"
+#include "machine/windows_version.h"
 #include "story.h"
 
 namespace {
@@ -76,7 +76,7 @@ TEST_F(Lifetime, DoesNotStartWhenTheMutexOrTheDialogCannotBeMade) {
 
 TEST_F(Lifetime, TheMutexSpansSessionsWhereThereAreSome) {
     for (const auto& [major, prefix] : {std::pair{5u, "Global\\"}, {4u, ""}}) {
-        win32::SetWindowsVersion(major, 0);
+        machine::SetWindowsVersion({major, 0});
         Start();
         const std::string name =
             std::string(prefix) + "HLXVHTRAY_{5D1C7E20-9B44-4a36-A1F7-3C6E08D2B7F9}";

@@ -1,29 +1,16 @@
-#include "src/system.h"
-
+// What the process learns of the system it runs on.
 #include <unistd.h>
 
-#include <atomic>
-
+#include "machine/windows_version.h"
 #include "src/last_error.h"
-
-namespace {
-
-std::atomic<DWORD> g_major{6};
-std::atomic<DWORD> g_minor{1};
-
-}  // namespace
-
-void win32::SetWindowsVersion(DWORD major, DWORD minor) {
-    g_major = major;
-    g_minor = minor;
-}
 
 BOOL GetVersionExA(LPOSVERSIONINFOA version) {
     if (win32::Refused("GetVersionExA")) return FALSE;
     if (version->dwOSVersionInfoSize < sizeof(OSVERSIONINFOA))
         return win32::Fail(ERROR_INSUFFICIENT_BUFFER, FALSE);
-    version->dwMajorVersion = g_major;
-    version->dwMinorVersion = g_minor;
+    const auto [major, minor] = machine::CurrentWindowsVersion();
+    version->dwMajorVersion = major;
+    version->dwMinorVersion = minor;
     version->dwPlatformId = VER_PLATFORM_WIN32_NT;
     return TRUE;
 }

@@ -23,8 +23,7 @@ add_library(posix_desktop STATIC
     desktop/hands.cpp
     desktop/looks.cpp
     desktop/session.cpp)
-target_include_directories(posix_desktop PUBLIC .)
-target_link_libraries(posix_desktop PUBLIC posix_win32)
+target_link_libraries(posix_desktop PUBLIC posix_machine)
 house_warnings(posix_desktop)
 
 # Libraries that a program on the desktop loads, such as the agent's applet, find the Win32 API in the
