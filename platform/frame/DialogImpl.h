@@ -11,8 +11,7 @@
 
 // Binds the C++ object to the window that the dialog manager is making. Its virtual operations, in
 // this order, are what every dialog of the program has.
-template <class TBase = CWindow>
-class CDialogImplBase : public TBase {
+class CDialogImplBase : public CWindow {
 public:
     // Takes a message: true if it was handled, with `result` as the answer.
     virtual BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
@@ -62,28 +61,26 @@ private:
 };
 
 // T::IDD is the number of the template.
-template <class T, class TBase = CWindow>
-class CDialogImpl : public CDialogImplBase<TBase> {
+template <class T>
+class CDialogImpl : public CDialogImplBase {
 public:
     // A modeless dialog. WM_INITDIALOG has been handled when it returns. Null: not created.
-    HWND Create(HWND owner, LPARAM parameter = 0) {
-        this->Newcomer() = this;
-        const HWND window =
-            CreateDialogParamA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(T::IDD), owner,
-                               CDialogImplBase<TBase>::DialogProc, parameter);
-        this->Newcomer() = nullptr;
+    HWND Create(HWND owner) {
+        Newcomer() = this;
+        const HWND window = CreateDialogParamA(_Module.GetModuleInstance(),
+                                               MAKEINTRESOURCEA(T::IDD), owner, DialogProc, 0);
+        Newcomer() = nullptr;
         return window;
     }
 
     // A modal dialog: returns when it has ended, with the result given to EndDialog.
-    INT_PTR DoModal(HWND owner, LPARAM parameter = 0) {
-        this->Newcomer() = this;
-        const INT_PTR result =
-            DialogBoxParamA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(T::IDD), owner,
-                            CDialogImplBase<TBase>::DialogProc, parameter);
-        this->Newcomer() = nullptr;
+    INT_PTR DoModal(HWND owner) {
+        Newcomer() = this;
+        const INT_PTR result = DialogBoxParamA(_Module.GetModuleInstance(),
+                                               MAKEINTRESOURCEA(T::IDD), owner, DialogProc, 0);
+        Newcomer() = nullptr;
         return result;
     }
 
-    BOOL EndDialog(INT_PTR result) { return ::EndDialog(this->m_hWnd, result); }
+    BOOL EndDialog(INT_PTR result) { return ::EndDialog(m_hWnd, result); }
 };

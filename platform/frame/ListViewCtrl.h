@@ -22,7 +22,7 @@ private:
     static WPARAM Index(int column) { return static_cast<WPARAM>(column); }
 };
 
-template <class TBase = CWindow>
+template <class TBase>
 class CListViewCtrlT : public TBase {
 public:
     CHeaderCtrl GetHeader() const {

@@ -7,7 +7,7 @@
 #include "frame/Reflection.h"
 #include "frame/Window.h"
 
-template <class TBase = CWindow>
+template <class TBase>
 class CWindowImpl : public TBase {
 public:
     // Takes a message: true if it was handled, with `result` as the answer.
