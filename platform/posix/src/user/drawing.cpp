@@ -111,7 +111,10 @@ DWORD WINAPI GetSysColor(int index) {
 HBRUSH WINAPI GetSysColorBrush(int index) {
     static const HGDIOBJ face = AllObjects().Add(Brush{GetSysColor(COLOR_BTNFACE), true});
     static const HGDIOBJ shadow = AllObjects().Add(Brush{GetSysColor(COLOR_BTNSHADOW), true});
-    return static_cast<HBRUSH>(index == COLOR_BTNFACE ? face : shadow);
+    if (index == COLOR_BTNFACE) return static_cast<HBRUSH>(face);
+    if (index == COLOR_BTNSHADOW) return static_cast<HBRUSH>(shadow);
+    win32::NotImplemented("GetSysColorBrush with this index");
+    return nullptr;
 }
 
 HDC WINAPI GetDC(HWND) { return AllContexts().Add({}); }
