@@ -1,6 +1,6 @@
 // The host's log settings in the environment.
 
-#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -14,9 +14,13 @@ const char* Variable(const std::string& prefix, const char* name) {
     return text && *text ? text : nullptr;
 }
 
+// As strtoul reads a number into 32 bits, on every platform: a sign wraps it, and UINT32_MAX stands
+// for what is larger.
 std::uint32_t Number(const char* text) {
-    return static_cast<std::uint32_t>(
-        std::min<unsigned long>(std::strtoul(text, nullptr, 0), UINT32_MAX));
+    constexpr long long kLargest = UINT32_MAX;
+    const long long number = std::strtoll(text, nullptr, 0);
+    const bool fits = number >= -kLargest && number <= kLargest;
+    return fits ? static_cast<std::uint32_t>(number) : UINT32_MAX;
 }
 
 void ReadEnv(const std::string& prefix, std::int32_t* level, std::uint32_t* mask,
