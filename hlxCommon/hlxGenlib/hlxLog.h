@@ -34,11 +34,11 @@ struct HlxLogSinkOps;  // the operations of a kind of sink; the library's own
 
 // Options of a context: what a line begins with, in this order, and how files are opened.
 enum HlxLogOption : std::uint32_t {
+    HLX_LOG_PROGNAME = 0x08,     // the program name
+    HLX_LOG_PID = 0x10,          // "[4412] "
+    HLX_LOG_LINE_NUMBER = 0x04,  // lines formed before this one, six wide
     HLX_LOG_DATE = 0x01,         // "2026-11-18 ", local
     HLX_LOG_TIME = 0x02,         // "06:15:08 ", local
-    HLX_LOG_LINE_NUMBER = 0x04,  // lines formed before this one, six wide
-    HLX_LOG_PROGNAME = 0x08,     // the program name, first in the line
-    HLX_LOG_PID = 0x10,          // "[4412] "
     HLX_LOG_TRUNCATE = 0x10000   // a file sink empties its file instead of adding to it
 };
 
