@@ -29,7 +29,8 @@ public:
 
     // Makes the parser, in place of a former one, with all handlers on. A null or empty encoding
     // leaves it to the document, a null or empty separator means no namespace processing. False if
-    // the parser or its library cannot be had; then nothing but Create and Destroy may be called.
+    // the parser or its library cannot be had; then nothing but Create and Destroy may be called,
+    // nor after a std::bad_alloc, which the search for the library may throw.
     bool Create(const char* encoding, const char* separator) {
         Destroy();
         const ExpatFunctions* const expat = hlx_expatFunctions();

@@ -26,15 +26,14 @@ std::uint8_t* hlx_buildComposite(std::uint32_t length1, const std::uint8_t* blob
                                  std::uint32_t* size, std::int32_t* error);
 
 // Finds the blobs of a message of `size` bytes from anywhere: pointers into the message, null for a
-// blob 3 that is not there. Gives 0; or HLX_REFUSED, with nothing handed out, if a pointer is null
-// or a blob does not lie within the message.
+// blob 3 that is not there. The out-parameters of blob 3 may be null. Gives 0; or HLX_REFUSED, with
+// nothing handed out, if another pointer is null or a blob does not lie within the message.
 HlxResult hlx_parseCompositeChecked(const std::uint8_t* message, std::uint32_t size,
                                     std::uint32_t* length1, const std::uint8_t** blob1,
                                     std::uint32_t* length2, const std::uint8_t** blob2,
                                     std::uint32_t* length3, const std::uint8_t** blob3);
 
-// The same for a message that is known to be sound: what it says of its blobs is not checked. The
-// out-parameters of blob 3 may be null.
+// The same for a message that is known to be sound: what it says of its blobs is not checked.
 HlxResult hlx_parseComposite(const std::uint8_t* message, std::uint32_t* length1,
                              const std::uint8_t** blob1, std::uint32_t* length2,
                              const std::uint8_t** blob2, std::uint32_t* length3,

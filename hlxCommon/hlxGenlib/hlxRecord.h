@@ -42,8 +42,12 @@ std::uint8_t* hlx_encodeRecord(std::int32_t type, std::uint32_t value1, std::uin
 // free; null for an empty one. The out-parameters of the blobs and the integers must be given. A
 // record of type 0 leaves the numbers alone.
 //
-// Gives 0; or HLX_REFUSED, with no block handed out, if another out-parameter is null, the header
-// does not fit the size, the integers and blobs do not lie within it, or there is no memory.
+// Gives 0, or HLX_REFUSED with no block handed out:
+//   - if another out-parameter is null; nothing is written;
+//   - if the header does not fit the size or the version; the type is 0, nothing else is written;
+//   - if the record is too short for its numbers; the type is handed out, the blocks are null;
+//   - if the integers and blobs do not lie within the size or there is no memory; type and numbers
+//     are handed out, the blocks are null.
 HlxResult hlx_decodeRecord(const std::uint8_t* record, std::uint32_t size, std::uint32_t* type,
                            std::uint32_t* value1, char** blobA, char** blobB, std::uint32_t* value2,
                            char** blobC, std::uint32_t* value3, std::int32_t* intCount,
