@@ -58,9 +58,10 @@ void hlxParseConf::OnEndElement() { --m_depth; }
 void hlxParseConf::OnCharacterData(const char* data, int length) {
     int blanks = 0;
     while (blanks < length && std::isspace(static_cast<unsigned char>(data[blanks]))) ++blanks;
-    if (blanks == length || m_elements.empty()) return;
+    if (blanks == length) return;
     hlx_log(hlx_logGetDefault(), 6, HLX_AREA_XML,
             "hlxParseConf::OnCharaccterData depth: %d data:%*.*s", m_depth, length, length, data);
+    if (m_elements.empty()) return;
     for (int i = blanks; i < length; ++i) m_elements.back().AppendText(data[i]);
 }
 
