@@ -3,6 +3,7 @@
 #include <winsock2.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -174,7 +175,9 @@ std::int32_t hlx_sendRecord9(const void* record) {
 }
 
 std::int32_t hlx_sendText(const char* text) {
-    return Send(HLX_COMMAND_TEXT, text, static_cast<std::uint32_t>(std::strlen(text) + 1));
+    // A text too long for the length's 32 bits is one that no frame can hold.
+    const std::size_t size = std::min<std::size_t>(std::strlen(text) + 1, UINT32_MAX);
+    return Send(HLX_COMMAND_TEXT, text, static_cast<std::uint32_t>(size));
 }
 
 std::int32_t hlx_sendComposite(std::uint32_t length1, const std::uint8_t* blob1,

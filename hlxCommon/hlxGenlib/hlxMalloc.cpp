@@ -1,5 +1,6 @@
 #include "hlxMalloc.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -110,15 +111,13 @@ void hlxfree(void* pointer) {
 }
 
 char* hlxstrdup(const char* text) {
-    const std::uint64_t size = std::strlen(text) + std::uint64_t{1};
-    if (size > UINT32_MAX) return nullptr;
+    // hlxmalloc refuses UINT32_MAX, and so every text that is too long for its argument.
+    const std::size_t size = std::min<std::size_t>(std::strlen(text) + 1, UINT32_MAX);
     void* const copy = hlxmalloc(static_cast<std::uint32_t>(size));
-    return copy ? static_cast<char*>(std::memcpy(copy, text, static_cast<std::size_t>(size)))
-                : nullptr;
+    return copy ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
 }
 
 void hlxmalloc_report() {
-    HlxLogContext* const log = hlx_logGetDefault();
     const std::uint32_t area = HLX_AREA_ALLOCATION;
     const long outstanding = g_mf_sem;
     const unsigned long allocated = g_mf_total_malloc;
@@ -128,15 +127,15 @@ void hlxmalloc_report() {
     const unsigned long zeroReleases = g_mf_zero_free;
     const long difference = static_cast<std::int32_t>(allocated - released);
 
-    hlx_log(log, 3, area, "hlxmalloc_report: ");
+    hlx_log(hlx_logGetDefault(), 3, area, "hlxmalloc_report: ");
     if (outstanding != difference)
-        hlx_log(log, 3, area,
+        hlx_log(hlx_logGetDefault(), 3, area,
                 "    Error in counting.  diff between allocs and frees is %ld and sem is %ld",
                 difference, outstanding);
-    hlx_log(log, 3, area, "    g_mf_sem           = %4ld", outstanding);
-    hlx_log(log, 3, area, "    g_mf_total_malloc  = %4lu", allocated);
-    hlx_log(log, 3, area, "    g_mf_total_free    = %4lu", released);
-    hlx_log(log, 3, area, "    g_mf_failed_malloc = %4lu", failed);
-    hlx_log(log, 3, area, "    g_mf_zero_malloc   = %4lu", zeroRequests);
-    hlx_log(log, 3, area, "    g_mf_zero_free     = %4lu", zeroReleases);
+    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_sem           = %4ld", outstanding);
+    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_total_malloc  = %4lu", allocated);
+    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_total_free    = %4lu", released);
+    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_failed_malloc = %4lu", failed);
+    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_zero_malloc   = %4lu", zeroRequests);
+    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_zero_free     = %4lu", zeroReleases);
 }
