@@ -1,4 +1,6 @@
-// A program of somebody else: logs to its standard output through the installed library.
+// A program of somebody else: reads a message for the agent and logs what it holds to its standard
+// output, both through the installed library.
+#include <hlxComposite.h>
 #include <hlxLog.h>
 
 int main() {
@@ -6,6 +8,12 @@ int main() {
     const std::int32_t toStdout = 1;
     if (hlx_logCreate(&log, "consumer", 0, HLX_LOG_PROGNAME) != HLX_DONE) return 1;
     hlx_logAddSink(log, HLX_SINK_CONSOLE, &toStdout);
-    hlx_log(log, 1, HLX_AREA_INTEGRITY, "a line through the %s library", "installed");
+    const std::uint8_t message[] = {0, 0, 0, 1, 0, 0, 0, 1, 0, 0,   0,
+                                    1, 0, 0, 0, 0, 0, 0, 0, 0, 'a', 'b'};
+    std::uint32_t size1 = 0, size2 = 0;
+    const std::uint8_t *blob1 = nullptr, *blob2 = nullptr;
+    if (hlx_parseCompositeChecked(message, sizeof message, &size1, &blob1, &size2, &blob2, nullptr,
+                                  nullptr) == HLX_DONE)
+        hlx_log(log, 1, HLX_AREA_INTEGRITY, "%u '%c' and %u '%c'", size1, *blob1, size2, *blob2);
     hlx_logDestroy(log);
 }
