@@ -14,10 +14,6 @@ public:
         WSADATA data;
         WSAStartup(0x0202, &data);
         m_socket = socket(AF_INET, type, 0);
-        const int reuse = 1;
-        if (type == SOCK_STREAM)
-            setsockopt(m_socket, SOL_SOCKET, SO_REUSEADDR, reinterpret_cast<const char*>(&reuse),
-                       sizeof reuse);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(port);

@@ -110,6 +110,13 @@ int setsockopt(SOCKET socket, int level, int option, const char* value, int size
 
 int bind(SOCKET socket, const sockaddr* address, int size) {
     if (!MayCall("bind")) return SOCKET_ERROR;
+    // On Windows a port is free as soon as nobody listens, whatever became of its connections.
+    const int yes = 1;
+    int type = 0;
+    socklen_t typeSize = sizeof type;
+    getsockopt(FileOf(socket), SOL_SOCKET, SO_TYPE, &type, &typeSize);
+    if (type == SOCK_STREAM)
+        posix_setsockopt(FileOf(socket), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     return Passed(posix_bind(FileOf(socket), address, static_cast<socklen_t>(size)));
 }
 
