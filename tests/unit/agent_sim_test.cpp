@@ -4,12 +4,16 @@
 
 #include <chrono>
 #include <filesystem>
+#include <future>
 #include <string>
 #include <vector>
 
 #include "Arguments.h"
+#include "Daemon.h"
+#include "FrameListener.h"
 #include "FrameText.h"
 #include "Notification.h"
+#include "hlxCommand.h"
 #include "temp_path.h"
 
 namespace agent_sim {
@@ -51,6 +55,34 @@ TEST(FrameText, TellsCommandPayloadAndBytes) {
         {{1, 2}, "no frame: 2 bytes, shorter than a header\n  01 02\n"},
     };
     for (const auto& [frame, text] : cases) EXPECT_EQ(Described(frame), text);
+    EXPECT_EQ(CommandOf(cases[0].first), 4u);
+    for (const std::size_t unsound : {5u, 6u, 8u}) EXPECT_FALSE(CommandOf(cases[unsound].first));
+}
+
+TEST(FrameListener, HearsOnAfterPeersThatMakeNoSense) {
+    const SocketsInUse sockets;
+    std::promise<std::vector<std::string>> heard;
+    std::vector<std::string> sizes;
+    const FrameListener listener([&](const std::string& transport, Bytes frame) {
+        sizes.push_back(transport + std::to_string(frame.size()));
+        if (transport == "UDP") heard.set_value(sizes);
+    });
+    const auto say = [](int type, std::uint16_t port, const Frame& frame) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const Socket peer(socket(AF_INET, type, 0));
+        connect(peer.Handle(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        send(peer.Handle(), reinterpret_cast<const char*>(frame.data()),
+             static_cast<int>(frame.size()), 0);
+        char byte;
+        EXPECT_TRUE(type == SOCK_DGRAM || recv(peer.Handle(), &byte, 1, 0) <= 0) << "hung up on";
+    };
+    say(SOCK_DGRAM, kHlxUdpPort, {});
+    say(SOCK_STREAM, kHlxTcpPort, {0, 0, 0, 10, 255, 255, 255, 255, 'x'});
+    say(SOCK_DGRAM, kHlxUdpPort, {0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0, 0, 0});
+    EXPECT_EQ(heard.get_future().get(), (std::vector<std::string>{"TCP9", "UDP13"}));
 }
 
 TEST(FrameSplitter, GivesEachFrameWhenItsLastByteHasCome) {
@@ -95,8 +127,10 @@ TEST(Arguments, SplitALineAndGiveOptionsFromAnywhere) {
     EXPECT_NO_THROW(arguments.ExpectNoMore());
     EXPECT_THROW(arguments.RequireWord("more"), UsageError);
     EXPECT_THROW(SplitLine("an \"open quote"), UsageError);
-    EXPECT_THROW(ParseNumber("12x"), UsageError);
-    EXPECT_EQ(ParseNumber("0x80070002"), 0x80070002);
+    EXPECT_EQ(SplitLine(R"(C:\new\x.msi)")[0], R"(C:\new\x.msi)");
+    for (const char* none : {"12x", "", "4294967296", "99999999999999999999"})
+        EXPECT_THROW(ParseNumber(none, kAnyCode), UsageError) << none;
+    EXPECT_EQ(ParseNumber("0x80070002", kAnyCode), 0x80070002);
 }
 
 }  // namespace

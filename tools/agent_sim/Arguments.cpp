@@ -8,35 +8,31 @@ std::vector<std::string> SplitLine(std::string_view line) {
     std::vector<std::string> words;
     bool quoted = false;
     bool inWord = false;
-    for (std::size_t at = 0; at < line.size(); ++at) {
-        const char c = line[at];
+    for (const char c : line) {
         if (!quoted && (c == ' ' || c == '\t' || c == '\r')) {
             inWord = false;
             continue;
         }
         if (!inWord) words.emplace_back();
         inWord = true;
-        if (c == '"') {
+        if (c == '"')
             quoted = !quoted;
-        } else if (c == '\\' && line.substr(at, 2) == "\\n") {
-            words.back() += '\n';
-            ++at;
-        } else {
+        else
             words.back() += c;
-        }
     }
     if (quoted) throw UsageError("a quote is left open");
     return words;
 }
 
-std::int64_t ParseNumber(const std::string& text) {
+std::int64_t ParseNumber(const std::string& text, NumberRange range) {
     try {
         std::size_t used = 0;
         const std::int64_t number = std::stoll(text, &used, 0);
-        if (used == text.size()) return number;
+        if (used == text.size() && number >= range.least && number <= range.most) return number;
     } catch (const std::logic_error&) {
     }
-    throw UsageError("'" + text + "' is not a number");
+    throw UsageError("'" + text + "' is no number from " + std::to_string(range.least) + " to " +
+                     std::to_string(range.most));
 }
 
 bool Arguments::TakeFlag(std::string_view option) { return std::erase(words_, option) > 0; }
@@ -58,10 +54,10 @@ std::optional<std::string> Arguments::TakeValue(std::string_view option) {
     return std::move(values.back());
 }
 
-std::optional<std::int64_t> Arguments::TakeNumber(std::string_view option) {
+std::optional<std::int64_t> Arguments::TakeNumber(std::string_view option, NumberRange range) {
     const auto text = TakeValue(option);
     if (!text) return std::nullopt;
-    return ParseNumber(*text);
+    return ParseNumber(*text, range);
 }
 
 std::optional<std::string> Arguments::TakeWord() {

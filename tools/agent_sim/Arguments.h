@@ -16,9 +16,18 @@ class UsageError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Splits a line at blanks. Double quotes hold a word with blanks together; \n in a word is a line
-// end.
+// Splits a line at blanks. Double quotes hold a word with blanks together; a backslash is nothing
+// special, for paths have them.
 std::vector<std::string> SplitLine(std::string_view line);
+
+struct NumberRange {
+    std::int64_t least, most;
+};
+// What 32 bits can hold, with or without a sign.
+constexpr NumberRange kAnyCode{INT32_MIN, UINT32_MAX};
+
+// A number in decimal or 0x hexadecimal, with or without a sign.
+std::int64_t ParseNumber(const std::string& text, NumberRange range);
 
 // Each Take removes what it gives, so that ExpectNoMore finds what nobody knew.
 class Arguments {
@@ -34,8 +43,8 @@ public:
     std::optional<std::string> TakeValue(std::string_view option);
     // The words behind each occurrence of the option.
     std::vector<std::string> TakeValues(std::string_view option);
-    // As TakeValue, for a number in decimal, 0x hexadecimal or with a sign.
-    std::optional<std::int64_t> TakeNumber(std::string_view option);
+    // As TakeValue, for a number as ParseNumber reads it.
+    std::optional<std::int64_t> TakeNumber(std::string_view option, NumberRange range);
     // The first word that is left. Take the options before it.
     std::optional<std::string> TakeWord();
     // The same for a word that must be there; `meaning` names it in the complaint.
@@ -46,8 +55,5 @@ public:
 private:
     std::vector<std::string> words_;
 };
-
-// A number as TakeNumber reads it.
-std::int64_t ParseNumber(const std::string& text);
 
 }  // namespace agent_sim

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 
 #include "Home.h"
 #include "HostLog.h"
@@ -12,23 +13,34 @@
 namespace agent_sim {
 namespace {
 
-void Prepare(Arguments& arguments) {
+Action Prepare(Arguments& arguments) {
     const auto directory = arguments.TakeValue("--directory").value_or(".");
     const bool useTcp = arguments.TakeFlag("--tcp");
     const auto applet = arguments.TakeValue("--applet").value_or("");
-    arguments.ExpectNoMore();
-    PrepareHome(directory, useTcp, applet);
-    Say(kNotice, "the agent lives in " + AgentDirectory().string() + ", commands come by " +
-                     (useTcp ? "TCP" : "UDP"));
+    return [=] {
+        PrepareHome(directory, useTcp, applet);
+        Say(kNotice, "the agent lives in " + AgentDirectory().string() + ", commands come by " +
+                         (useTcp ? "TCP" : "UDP"));
+    };
 }
 
-void Health(Arguments& arguments) {
+// A text for the notification, whose format has no place for control characters.
+std::optional<std::string> TakeText(Arguments& arguments, std::string_view option) {
+    auto text = arguments.TakeValue(option);
+    if (text && std::any_of(text->begin(), text->end(), [](char c) {
+            return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n';
+        }))
+        throw UsageError(std::string(option) + " holds a control character");
+    return text;
+}
+
+Action Health(Arguments& arguments) {
     Notification notification;
-    if (const auto message = arguments.TakeValue("--message")) {
+    if (const auto message = TakeText(arguments, "--message")) {
         notification.message = *message;
         notification.messagePopup = true;
     }
-    if (const auto url = arguments.TakeValue("--page")) {
+    if (const auto url = TakeText(arguments, "--page")) {
         notification.url = *url;
         notification.urlPopup = true;
     }
@@ -38,80 +50,107 @@ void Health(Arguments& arguments) {
     notification.displayIcon = !arguments.TakeFlag("--no-icon");
     notification.restrictions = arguments.TakeValues("--restrict");
     notification.state = arguments.RequireWord("the health state");
-    arguments.ExpectNoMore();
     CheckState(notification.state);
-    WriteNotification(NotificationPath(), notification);
-    Say(kNotice, "health is " + notification.state);
+    return [=] {
+        WriteNotification(NotificationPath(), notification);
+        Say(kNotice, "health is " + notification.state);
+    };
 }
 
-void OfferUpdate(Arguments& arguments) {
+// A field of the cache file, which is one line. A colon ends any but the last.
+std::string CheckedField(std::string field, const char* refused) {
+    if (field.find_first_of(refused) != std::string::npos)
+        throw UsageError("'" + field + "' does not fit the cache file: no colon, no line end");
+    return field;
+}
+
+Action OfferUpdate(Arguments& arguments) {
+    constexpr char kEnds[] = ":\r\n";
     Offer offer;
-    offer.name = arguments.RequireWord("the update's name");
-    offer.version = arguments.RequireWord("the update's version");
-    offer.third = arguments.TakeWord().value_or("");
-    offer.fourth = arguments.TakeWord().value_or("");
-    arguments.ExpectNoMore();
-    WriteOffer(offer);
-    Say(kNotice, offer.name + " " + offer.version + " is on offer");
+    offer.name = CheckedField(arguments.RequireWord("the update's name"), kEnds);
+    offer.version = CheckedField(arguments.RequireWord("the update's version"), kEnds);
+    offer.third = CheckedField(arguments.TakeWord().value_or(""), kEnds);
+    offer.fourth = CheckedField(arguments.TakeWord().value_or(""), kEnds + 1);
+    return [=] {
+        WriteOffer(offer);
+        Say(kNotice, offer.name + " " + offer.version + " is on offer");
+    };
 }
 
-void Withdraw(Arguments& arguments) {
-    arguments.ExpectNoMore();
-    WithdrawOffer();
-    Say(kNotice, "nothing is on offer");
+Action Withdraw(Arguments&) {
+    return [] {
+        WithdrawOffer();
+        Say(kNotice, "nothing is on offer");
+    };
 }
 
 Result TakeResult(Arguments& arguments) {
+    constexpr NumberRange kAge{0, 10'000'000'000};  // back to the year in which the clock begins
     Result result;
-    result.age = arguments.TakeNumber("--age").value_or(0);
+    result.age = arguments.TakeNumber("--age", kAge).value_or(0);
     if (arguments.TakeFlag("--no-time")) result.age.reset();
     result.name = arguments.RequireWord("the file");
-    result.code = static_cast<std::uint32_t>(ParseNumber(arguments.RequireWord("the code")));
-    arguments.ExpectNoMore();
+    result.code =
+        static_cast<std::uint32_t>(ParseNumber(arguments.RequireWord("the code"), kAnyCode));
     return result;
 }
 
-void Installed(Arguments& arguments) {
-    const Result result = TakeResult(arguments);
-    RecordInstall(result);
-    Say(kNotice, result.name + " was installed, result " + std::to_string(result.code));
+// "result 3010"; of a failure the eight digits by which it is known.
+std::string ResultText(std::uint32_t code) {
+    char digits[16];
+    std::snprintf(digits, sizeof digits, code >> 31 ? "0x%08X" : "%u", code);
+    return std::string("result ") + digits;
 }
 
-void Downloaded(Arguments& arguments) {
-    const Result result = TakeResult(arguments);
-    RecordDownload(result);
-    Say(kNotice, result.name + " was downloaded, result " +
-                     std::to_string(static_cast<std::int32_t>(result.code)));
+Action Installed(Arguments& arguments) {
+    return [result = TakeResult(arguments)] {
+        RecordInstall(result);
+        Say(kNotice, result.name + " was installed, " + ResultText(result.code));
+    };
 }
 
-void Clear(Arguments& arguments) {
-    arguments.ExpectNoMore();
-    ClearResults();
-    Say(kNotice, "no results of downloads and installations are left");
+Action Downloaded(Arguments& arguments) {
+    return [result = TakeResult(arguments)] {
+        RecordDownload(result);
+        Say(kNotice, result.name + (result.code >> 31 ? " could not be" : " was") +
+                         " downloaded, " + ResultText(result.code));
+    };
 }
 
-void SetPlan(Arguments& arguments) {
-    Plan plan;
-    if (const auto answer = arguments.TakeValue("--reassess")) plan.SetReassess(*answer);
-    if (const auto outcomes = arguments.TakeValue("--downloads")) plan.SetDownloads(*outcomes);
-    Package package = plan.InstalledPackage();
-    if (const auto file = arguments.TakeValue("--package")) package.file = *file;
-    if (const auto code = arguments.TakeNumber("--install-result"))
-        package.installResult = static_cast<std::uint32_t>(*code);
-    arguments.ExpectNoMore();
-    plan.SetPackage(package);
+Action Clear(Arguments&) {
+    return [] {
+        ClearResults();
+        Say(kNotice, "no results of downloads and installations are left");
+    };
+}
+
+Action SetPlan(Arguments& arguments) {
+    const auto answer = arguments.TakeValue("--reassess");
+    const auto outcomes = arguments.TakeValue("--downloads");
+    const auto file = arguments.TakeValue("--package");
+    const auto code = arguments.TakeNumber("--install-result", kAnyCode);
+    if (answer) Plan::CheckReassess(*answer);
+    if (outcomes) Plan::CheckDownloads(*outcomes);
+    return [=] {
+        Plan plan;
+        if (answer) plan.SetReassess(*answer);
+        if (outcomes) plan.SetDownloads(*outcomes);
+        Package package = plan.InstalledPackage();
+        if (file) package.file = *file;
+        if (code) package.installResult = static_cast<std::uint32_t>(*code);
+        plan.SetPackage(package);
+        Say(kNotice, "the plan is set");
+    };
 }
 
 void SayResults(const char* title, const std::vector<Result>& results) {
     for (const Result& result : results)
-        Say(kNotice, std::string(title) + result.name + ", result " +
-                         std::to_string(static_cast<std::int32_t>(result.code)) +
+        Say(kNotice, std::string(title) + result.name + ", " + ResultText(result.code) +
                          (result.age ? ", " + std::to_string(*result.age) + " seconds ago"
                                      : ", without a time"));
 }
 
-void Status(Arguments& arguments) {
-    arguments.ExpectNoMore();
+void SayStatus() {
     Say(kNotice, "directory   " + AgentDirectory().string());
     const auto notification = ReadNotification(NotificationPath());
     Say(kNotice, "health      " + (notification ? notification->state : "not told"));
@@ -121,10 +160,12 @@ void Status(Arguments& arguments) {
     SayResults("downloaded  ", DownloadResults());
 }
 
+Action Status(Arguments&) { return SayStatus; }
+
 struct Verb {
     std::string_view name;
     std::string_view help;
-    void (*run)(Arguments&);
+    Action (*understand)(Arguments&);
 };
 
 constexpr std::array<Verb, 9> kVerbs{{
@@ -137,7 +178,8 @@ constexpr std::array<Verb, 9> kVerbs{{
      "  health low|medium|high|unknown [--message TEXT] [--page URL] [--no-popup] "
      "[--auto-install]\n"
      "         [--disabled] [--no-icon] [--restrict FIRST-LAST]...\n"
-     "      write the health notification; a message pops up as a box, a page is opened\n",
+     "      write the health notification; a message pops up as a box, a page is opened;\n"
+     "      the applet's reader drops white space behind a line end and behind & < > and quotes\n",
      Health},
     {"offer",
      "  offer NAME VERSION [THIRD [FOURTH]]\n"
@@ -204,12 +246,14 @@ std::string HelpText() {
            "Exit codes: 0 done, 1 could not be done, 2 not understood.\n";
 }
 
-void Execute(Arguments arguments) {
+Action Understand(Arguments arguments) {
     const std::string name = arguments.RequireWord("the command");
     const auto verb = std::find_if(kVerbs.begin(), kVerbs.end(),
                                    [&](const Verb& known) { return known.name == name; });
     if (verb == kVerbs.end()) throw UsageError("there is no command '" + name + "'");
-    verb->run(arguments);
+    Action action = verb->understand(arguments);
+    arguments.ExpectNoMore();
+    return action;
 }
 
 }  // namespace agent_sim

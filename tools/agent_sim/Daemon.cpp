@@ -3,7 +3,6 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <future>
 #include <stdexcept>
 
 #include "Commands.h"
@@ -30,7 +29,7 @@ constexpr std::array<Step, 9> kDemo{{
     {"offer \"Tessara Link\" 4.2.8-1",
      "a second icon offers an update; answer Yes for its download"},
     {"downloaded \"definitions.cab\" 0x80070002", "a third icon tells of a failed download"},
-    {"installed \"Tessara Link 4.2.8-1.msi\" 3010", "a fourth icon, if the package is known here"},
+    {"installed \"Tessara Link 4.2.8-1.msi\" 3010", "a fourth icon tells of an installation"},
     {"health low --disabled", "the health icon goes"},
     {"health high", "and comes back"},
 }};
@@ -68,10 +67,10 @@ Daemon::Daemon(HostLog& log)
 
 void Daemon::OnFrame(const char* transport, Bytes frame) {
     const std::lock_guard lock(mutex_);
-    const auto lines = DescribeFrame(frame);
-    Say(kNotice, std::string(transport) + " " + lines.front());
-    for (std::size_t at = 1; at < lines.size(); ++at) Say(kDetail, lines[at]);
     try {
+        const auto lines = DescribeFrame(frame);
+        Say(kNotice, std::string(transport) + " " + lines.front());
+        for (std::size_t at = 1; at < lines.size(); ++at) Say(kDetail, lines[at]);
         if (const auto command = CommandOf(frame)) Answer(*command);
     } catch (const std::exception& failure) {
         Say(kError, failure.what());
@@ -90,7 +89,7 @@ void Daemon::Answer(std::uint32_t command) {
 void Daemon::Obey(Arguments arguments) {
     const std::lock_guard lock(mutex_);
     try {
-        Execute(std::move(arguments));
+        Understand(std::move(arguments))();
     } catch (const std::exception& failure) {
         Say(kError, failure.what());
     }
@@ -109,12 +108,15 @@ void Daemon::ObeyInput() {
         }
         if (words.empty()) continue;
         if (words.front() == "quit") return;
-        if (words.front() == "help")
+        if (words.front() == "help") {
+            const std::lock_guard lock(mutex_);
             std::fputs(VerbsText().c_str(), stdout);
-        else
+            std::fflush(stdout);
+        } else {
             Obey(Arguments(std::move(words)));
+        }
     }
-    std::promise<void>().get_future().wait();
+    for (;;) std::this_thread::sleep_for(std::chrono::hours(24));
 }
 
 void Daemon::PlayDemo(std::int64_t pace) {

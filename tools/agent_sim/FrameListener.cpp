@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -12,6 +13,8 @@ namespace agent_sim {
 namespace {
 
 constexpr int kLargestDatagram = 65536;
+constexpr std::uint64_t kLongestFrame = 1 << 20;  // who announces more is not listened to
+constexpr std::size_t kMostConnections = 50;      // those beyond wait; select knows 64 on Windows
 
 sockaddr_in LocalAddress(std::uint16_t port) {
     sockaddr_in address{};
@@ -24,11 +27,12 @@ sockaddr_in LocalAddress(std::uint16_t port) {
 SOCKET BoundSocket(int type, std::uint16_t port, const char* name) {
     const SOCKET handle = socket(AF_INET, type, 0);
     const sockaddr_in address = LocalAddress(port);
-    if (handle == INVALID_SOCKET ||
-        bind(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        throw std::runtime_error(std::string("cannot listen on ") + name +
-                                 "; does another daemon hold it?");
-    return handle;
+    if (handle != INVALID_SOCKET &&
+        bind(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+        return handle;
+    if (handle != INVALID_SOCKET) closesocket(handle);
+    throw std::runtime_error(std::string("cannot listen on ") + name +
+                             "; does another daemon hold it?");
 }
 
 char* AsChars(std::uint8_t* bytes) { return reinterpret_cast<char*>(bytes); }
@@ -43,8 +47,9 @@ FrameListener::FrameListener(Handler handler)
     thread_ = std::thread([this] { Listen(); });
 }
 
-// An empty datagram is no frame; it tells the thread to end.
+// The datagram has the thread look at the flag at once.
 FrameListener::~FrameListener() {
+    ending_ = true;
     const sockaddr_in address = LocalAddress(kHlxUdpPort);
     sendto(datagrams_.Handle(), "", 0, 0, reinterpret_cast<const sockaddr*>(&address),
            sizeof address);
@@ -52,19 +57,23 @@ FrameListener::~FrameListener() {
 }
 
 void FrameListener::Listen() {
-    for (;;) {
+    while (!ending_) {
         fd_set readable;
         FD_ZERO(&readable);
-        SOCKET highest = std::max(datagrams_.Handle(), stream_.Handle());
-        FD_SET(datagrams_.Handle(), &readable);
-        FD_SET(stream_.Handle(), &readable);
-        for (const Connection& connection : connections_) {
-            FD_SET(connection.peer.Handle(), &readable);
-            highest = std::max(highest, connection.peer.Handle());
-        }
-        if (select(static_cast<int>(highest) + 1, &readable, nullptr, nullptr, nullptr) <= 0)
-            continue;
-        if (FD_ISSET(datagrams_.Handle(), &readable) && !ServeDatagram()) return;
+        SOCKET highest = datagrams_.Handle();
+        const auto await = [&](SOCKET handle) {
+            FD_SET(handle, &readable);
+            highest = std::max(highest, handle);
+        };
+        await(datagrams_.Handle());
+        if (connections_.size() < kMostConnections) await(stream_.Handle());
+        for (const Connection& connection : connections_) await(connection.peer.Handle());
+        timeval limit{1, 0};
+        const int ready =
+            select(static_cast<int>(highest) + 1, &readable, nullptr, nullptr, &limit);
+        if (ready < 0) std::this_thread::sleep_for(std::chrono::seconds(1));
+        if (ready <= 0) continue;
+        if (FD_ISSET(datagrams_.Handle(), &readable)) ServeDatagram();
         connections_.remove_if([&](Connection& connection) {
             return FD_ISSET(connection.peer.Handle(), &readable) && !ServeConnection(connection);
         });
@@ -75,25 +84,23 @@ void FrameListener::Listen() {
     }
 }
 
-bool FrameListener::ServeDatagram() {
+void FrameListener::ServeDatagram() {
     std::vector<std::uint8_t> datagram(kLargestDatagram);
     const auto size = recv(datagrams_.Handle(), AsChars(datagram.data()), kLargestDatagram, 0);
-    if (size < 0) return true;
-    if (size == 0) return false;
-    handler_("UDP", Bytes(datagram).first(static_cast<std::size_t>(size)));
-    return true;
+    if (size > 0) handler_("UDP", Bytes(datagram).first(static_cast<std::size_t>(size)));
 }
 
 bool FrameListener::ServeConnection(Connection& connection) {
     std::array<std::uint8_t, 4096> piece;
     const auto size = recv(connection.peer.Handle(), AsChars(piece.data()), int{piece.size()}, 0);
-    if (size <= 0) {
-        if (!connection.frames.Rest().empty()) handler_("TCP", connection.frames.Rest());
-        return false;
+    FrameSplitter& frames = connection.frames;
+    if (size > 0) {
+        frames.Append(Bytes(piece).first(static_cast<std::size_t>(size)));
+        while (const auto frame = frames.Next()) handler_("TCP", *frame);
+        if (frames.Announced() <= kLongestFrame) return true;
     }
-    connection.frames.Append(Bytes(piece).first(static_cast<std::size_t>(size)));
-    while (const auto frame = connection.frames.Next()) handler_("TCP", *frame);
-    return true;
+    if (!frames.Rest().empty()) handler_("TCP", frames.Rest());
+    return false;
 }
 
 }  // namespace agent_sim

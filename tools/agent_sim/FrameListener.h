@@ -3,6 +3,7 @@
 
 #include <winsock2.h>
 
+#include <atomic>
 #include <functional>
 #include <list>
 #include <thread>
@@ -28,7 +29,7 @@ private:
 class FrameListener {
 public:
     // Called on the listener's thread with "UDP" or "TCP" and what came: a whole frame, or bytes
-    // that are none. It must not throw.
+    // that are none, of which a peer sends no more. It must not throw.
     using Handler = std::function<void(const char* transport, Bytes frame)>;
 
     // Throws std::runtime_error if a port is taken.
@@ -43,7 +44,7 @@ private:
     };
 
     void Listen();
-    bool ServeDatagram();
+    void ServeDatagram();
     // Whether the connection goes on.
     bool ServeConnection(Connection& connection);
 
@@ -51,6 +52,7 @@ private:
     Socket datagrams_;
     Socket stream_;
     std::list<Connection> connections_;
+    std::atomic<bool> ending_{false};
     std::thread thread_;
 };
 

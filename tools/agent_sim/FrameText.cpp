@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t kHeaderSize = kHlxFrameHeaderSize;
 constexpr std::size_t kBytesPerLine = 16;
+constexpr std::size_t kMostBytesShown = 1024;
 
 struct CommandName {
     std::uint32_t number;
@@ -95,47 +96,72 @@ void DescribePayload(std::vector<std::string>& lines, std::uint32_t number, Byte
 }
 
 void DumpBytes(std::vector<std::string>& lines, Bytes bytes) {
-    for (std::size_t at = 0; at < bytes.size(); at += kBytesPerLine)
+    const Bytes shown = bytes.first(std::min(bytes.size(), kMostBytesShown));
+    for (std::size_t at = 0; at < shown.size(); at += kBytesPerLine)
         lines.push_back("  " +
-                        InHex(bytes.subspan(at, std::min(kBytesPerLine, bytes.size() - at))));
+                        InHex(shown.subspan(at, std::min(kBytesPerLine, shown.size() - at))));
+    if (shown.size() < bytes.size())
+        lines.push_back("  and " + Count(bytes.size() - shown.size()) + " more");
 }
+
+// A frame that is no shorter than a header.
+struct Frame {
+    explicit Frame(Bytes frame)
+        : number(hlx_loadBig32(frame.data())),
+          announced(hlx_loadBig32(frame.data() + 4)),
+          payload(frame.subspan(kHeaderSize)),
+          known(FindCommand(number)) {}
+
+    // What is wrong with its lengths; empty: nothing.
+    std::string Fault() const {
+        if (announced != payload.size()) return "the header announces " + Count(announced);
+        if (known && known->length && known->length != announced)
+            return "the command has " + Count(known->length);
+        return {};
+    }
+
+    std::uint32_t number;
+    std::uint32_t announced;
+    Bytes payload;
+    const CommandName* known;
+};
 
 }  // namespace
 
-std::optional<std::uint32_t> CommandOf(Bytes frame) {
-    if (frame.size() < kHeaderSize) return std::nullopt;
-    return hlx_loadBig32(frame.data());
+std::optional<std::uint32_t> CommandOf(Bytes bytes) {
+    if (bytes.size() < kHeaderSize) return std::nullopt;
+    const Frame frame(bytes);
+    if (!frame.Fault().empty()) return std::nullopt;
+    return frame.number;
 }
 
-std::vector<std::string> DescribeFrame(Bytes frame) {
+std::vector<std::string> DescribeFrame(Bytes bytes) {
     std::vector<std::string> lines;
-    const auto number = CommandOf(frame);
-    if (!number) {
-        lines.push_back("no frame: " + Count(frame.size()) + ", shorter than a header");
-        DumpBytes(lines, frame);
-        return lines;
+    if (bytes.size() < kHeaderSize) {
+        lines.push_back("no frame: " + Count(bytes.size()) + ", shorter than a header");
+    } else {
+        const Frame frame(bytes);
+        lines.push_back("command " + std::to_string(frame.number) + ", " +
+                        std::string(frame.known ? frame.known->name : "unknown") + ", " +
+                        Count(frame.payload.size()));
+        if (const std::string fault = frame.Fault(); !fault.empty())
+            lines.push_back("  " + fault);
+        else
+            DescribePayload(lines, frame.number, frame.payload);
     }
-    const std::uint32_t announced = hlx_loadBig32(frame.data() + 4);
-    const Bytes payload = frame.subspan(kHeaderSize);
-    const CommandName* known = FindCommand(*number);
-    lines.push_back("command " + std::to_string(*number) + ", " +
-                    std::string(known ? known->name : "unknown") + ", " + Count(payload.size()));
-    if (announced != payload.size())
-        lines.push_back("  the header announces " + Count(announced));
-    else if (known && known->length && known->length != announced)
-        lines.push_back("  the command has " + Count(known->length));
-    else
-        DescribePayload(lines, *number, payload);
-    DumpBytes(lines, frame);
+    DumpBytes(lines, bytes);
     return lines;
 }
 
 void FrameSplitter::Append(Bytes bytes) { rest_.insert(rest_.end(), bytes.begin(), bytes.end()); }
 
+std::uint32_t FrameSplitter::Announced() const {
+    return rest_.size() < kHeaderSize ? 0 : hlx_loadBig32(rest_.data() + 4);
+}
+
 std::optional<std::vector<std::uint8_t>> FrameSplitter::Next() {
-    if (rest_.size() < kHeaderSize) return std::nullopt;
-    const std::size_t length = hlx_loadBig32(rest_.data() + 4);
-    if (rest_.size() - kHeaderSize < length) return std::nullopt;
+    const std::size_t length = Announced();
+    if (rest_.size() < kHeaderSize || rest_.size() - kHeaderSize < length) return std::nullopt;
     const auto end = rest_.begin() + static_cast<std::ptrdiff_t>(kHeaderSize + length);
     std::vector<std::uint8_t> frame(rest_.begin(), end);
     rest_.erase(rest_.begin(), end);

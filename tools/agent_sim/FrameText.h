@@ -11,11 +11,12 @@ namespace agent_sim {
 
 using Bytes = std::span<const std::uint8_t>;
 
-// The command number of a frame; nothing if it is shorter than a header.
+// The command number of a frame; nothing if there is anything wrong with its lengths.
 std::optional<std::uint32_t> CommandOf(Bytes frame);
 
 // What the frame says, first line first: the command with its name and length, what is wrong with
-// it if anything is, what its payload holds as far as that is known, and all bytes in hexadecimal.
+// it if anything is, what its payload holds as far as that is known, and its first bytes, a
+// kilobyte at most, in hexadecimal.
 std::vector<std::string> DescribeFrame(Bytes frame);
 
 // Cuts a stream of bytes into frames.
@@ -24,6 +25,8 @@ public:
     void Append(Bytes bytes);
     // The next frame that is complete.
     std::optional<std::vector<std::uint8_t>> Next();
+    // The size of the frame that comes, without its header; 0 while that is not known.
+    std::uint32_t Announced() const;
     // What has come and is no complete frame.
     Bytes Rest() const { return rest_; }
 

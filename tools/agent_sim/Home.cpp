@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "RegistryKey.h"
+#include "hlxAgentKey.h"
 
 namespace agent_sim {
 namespace {
@@ -17,19 +18,21 @@ void PrepareHome(const std::filesystem::path& directory, bool useTcp,
                  const std::filesystem::path& applet) {
     const auto home = std::filesystem::absolute(directory);
     std::filesystem::create_directories(home);
-    RegistryKey agent(kAgentKey);
+    RegistryKey agent(kHlxAgentKey, RegistryKey::For::kWriting);
     agent.SetText("", home.string());
     agent.SetNumber("UseTCP", useTcp);
     if (!applet.empty())
-        RegistryKey(kAppletsKey).SetText(kAppletValue, std::filesystem::absolute(applet).string());
+        RegistryKey(kAppletsKey, RegistryKey::For::kWriting)
+            .SetText(kAppletValue, std::filesystem::absolute(applet).string());
 }
 
 std::filesystem::path AgentDirectory() {
-    const auto directory = RegistryKey(kAgentKey).Text("");
-    if (!directory || directory->empty())
+    std::string directory = hlx_agentFile("");
+    if (directory.empty())
         throw std::runtime_error(
             "the registry names no agent directory; 'agent_sim prepare' sets one up");
-    return *directory;
+    directory.pop_back();  // the separator
+    return directory;
 }
 
 std::filesystem::path NotificationPath() { return AgentDirectory() / "healthnotif.txt"; }

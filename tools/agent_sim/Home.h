@@ -7,7 +7,6 @@
 
 namespace agent_sim {
 
-constexpr char kAgentKey[] = R"(SOFTWARE\Corvane Systems\TessaraLink)";
 constexpr char kInstallResultsKey[] = R"(SOFTWARE\Corvane Systems\TessaraLink\updates\results)";
 constexpr char kDownloadResultsKey[] = R"(SOFTWARE\Corvane Systems\TessaraLink\downloads)";
 

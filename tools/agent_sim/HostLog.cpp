@@ -1,6 +1,8 @@
 #include "HostLog.h"
 
+#include <algorithm>
 #include <array>
+#include <new>
 #include <stdexcept>
 #include <string_view>
 
@@ -48,25 +50,29 @@ void Say(Level level, const std::string& line) {
     hlx_log(hlx_logGetDefault(), level, kAgentArea, "%s", line.c_str());
 }
 
-HostLog::HostLog(Arguments& arguments) {
-    std::int32_t level = kDetail;
+LogSettings TakeLogSettings(Arguments& arguments) {
+    LogSettings settings;
     // The allocator's area stays out: it tells the address of every block.
-    std::uint32_t mask = kAgentArea | HLX_AREA_SWCACHE;
-    hlx_logReadEnv("HLX_DAEMON", &level, &mask, path_);
-    if (const auto wanted = arguments.TakeNumber("--log-level"))
-        level = hlx_logClampLevel(static_cast<std::int32_t>(*wanted));
-    if (const auto wanted = arguments.TakeNumber("--log-mask"))
-        mask = static_cast<std::uint32_t>(*wanted);
-    if (const auto wanted = arguments.TakeValue("--log")) path_ = *wanted;
-    const auto options = ParseOptions(arguments.TakeValue("--log-line").value_or("name,time"));
-    const bool quiet = arguments.TakeFlag("--quiet");
+    settings.mask = kAgentArea | HLX_AREA_SWCACHE;
+    hlx_logReadEnv("HLX_DAEMON", &settings.level, &settings.mask, settings.path);
+    if (const auto wanted = arguments.TakeNumber("--log-level", {INT32_MIN, INT32_MAX}))
+        settings.level = hlx_logClampLevel(static_cast<std::int32_t>(*wanted));
+    if (const auto wanted = arguments.TakeNumber("--log-mask", {0, UINT32_MAX}))
+        settings.mask = static_cast<std::uint32_t>(*wanted);
+    if (const auto wanted = arguments.TakeValue("--log")) settings.path = *wanted;
+    settings.options = ParseOptions(arguments.TakeValue("--log-line").value_or("name,time"));
+    settings.quiet = arguments.TakeFlag("--quiet");
+    return settings;
+}
 
-    if (hlx_logCreate(&context_, "agent_sim", 2, options) != HLX_DONE) throw std::bad_alloc();
-    hlx_logSetLevel(context_, level);
-    hlx_logSetMask(context_, mask);
+HostLog::HostLog(const LogSettings& settings) : path_(settings.path) {
+    if (hlx_logCreate(&context_, "agent_sim", 2, settings.options) != HLX_DONE)
+        throw std::bad_alloc();
+    hlx_logSetLevel(context_, settings.level);
+    hlx_logSetMask(context_, settings.mask);
     try {
         const std::int32_t toStandardOutput = 1;
-        if (!quiet) AddSink(context_, HLX_SINK_CONSOLE, &toStandardOutput, "the console");
+        if (!settings.quiet) AddSink(context_, HLX_SINK_CONSOLE, &toStandardOutput, "the console");
         if (!path_.empty()) AddSink(context_, HLX_SINK_FILE, path_.c_str(), path_);
     } catch (...) {
         hlx_logDestroy(context_);

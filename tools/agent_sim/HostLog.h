@@ -15,12 +15,22 @@ enum Level : std::int32_t { kError = 1, kNotice = 3, kDetail = 4 };
 // Writes one line to the log.
 void Say(Level level, const std::string& line);
 
+struct LogSettings {
+    std::int32_t level = kDetail;
+    std::uint32_t mask = 0;
+    std::uint32_t options = 0;
+    std::string path;  // empty: no file
+    bool quiet = false;
+};
+
+// The settings of the environment ("HLX_DAEMON_TRACE_LEVEL" and its kin) and, with precedence, of
+// the log options on the command line, which are taken out of it. Throws UsageError.
+LogSettings TakeLogSettings(Arguments& arguments);
+
 class HostLog {
 public:
-    // Takes its settings from the environment ("HLX_DAEMON_TRACE_LEVEL" and its kin) and, with
-    // precedence, from the log options of the command line, which it takes out. Throws
-    // std::runtime_error if a sink cannot be opened.
-    explicit HostLog(Arguments& arguments);
+    // Throws std::runtime_error if a sink cannot be opened.
+    explicit HostLog(const LogSettings& settings);
     ~HostLog();
     HostLog(const HostLog&) = delete;
     HostLog& operator=(const HostLog&) = delete;

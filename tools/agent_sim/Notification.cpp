@@ -40,9 +40,6 @@ std::string Escaped(std::string_view text) {
             case '"':
                 escaped += "&quot;";
                 break;
-            case '\n':
-                escaped += "&#10;";
-                break;
             default:
                 escaped += c;
         }

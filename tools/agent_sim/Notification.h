@@ -27,8 +27,8 @@ void CheckState(const std::string& state);
 
 std::string ToXml(const Notification& notification);
 
-// Replaces the file at once, so that no reader sees half of it. Throws std::filesystem_error or
-// std::runtime_error if that fails.
+// Replaces the file at once, so that no reader sees half of it. Throws
+// std::filesystem::filesystem_error or std::runtime_error if that fails.
 void WriteNotification(const std::filesystem::path& file, const Notification& notification);
 
 // Reads a file back; nothing if it is missing or no health result.

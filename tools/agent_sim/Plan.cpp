@@ -25,37 +25,44 @@ std::string_view FirstStep(std::string_view outcomes) {
 
 }  // namespace
 
-void Plan::SetReassess(const std::string& answer) {
+void Plan::CheckReassess(const std::string& answer) {
     if (answer != "next" && answer != "same") CheckState(answer);
-    RegistryKey(kPlanKey).SetText(kReassess, answer);
 }
 
-void Plan::SetDownloads(const std::string& outcomes) {
+void Plan::CheckDownloads(const std::string& outcomes) {
     for (std::string_view rest = outcomes;;) {
         const auto step = FirstStep(rest);
         if (step != kFails && step != kSucceeds)
             throw UsageError("a download can 'fail' or 'succeed', not '" + std::string(step) + "'");
-        if (step.size() == rest.size()) break;
+        if (step.size() == rest.size()) return;
         rest.remove_prefix(step.size() + 1);
     }
-    RegistryKey(kPlanKey).SetText(kDownloads, outcomes);
+}
+
+void Plan::SetReassess(const std::string& answer) {
+    RegistryKey(kPlanKey, RegistryKey::For::kWriting).SetText(kReassess, answer);
+}
+
+void Plan::SetDownloads(const std::string& outcomes) {
+    RegistryKey(kPlanKey, RegistryKey::For::kWriting).SetText(kDownloads, outcomes);
 }
 
 void Plan::SetPackage(const Package& package) {
-    RegistryKey key(kPlanKey);
+    RegistryKey key(kPlanKey, RegistryKey::For::kWriting);
     key.SetText(kPackageFile, package.file);
     key.SetNumber(kInstallResult, package.installResult);
 }
 
 std::string Plan::Reassessed(const std::string& state) const {
-    const auto answer = RegistryKey(kPlanKey).Text(kReassess).value_or("next");
+    const auto answer =
+        RegistryKey(kPlanKey, RegistryKey::For::kReading).Text(kReassess).value_or("next");
     if (answer == "same") return state;
     if (answer != "next") return answer;
     return state == "low" ? "medium" : state == "medium" ? "high" : "low";
 }
 
 Outcome Plan::NextDownload() {
-    RegistryKey key(kPlanKey);
+    RegistryKey key(kPlanKey, RegistryKey::For::kWriting);
     const std::string outcomes = key.Text(kDownloads).value_or(std::string(kSucceeds));
     const auto step = FirstStep(outcomes);
     if (step.size() < outcomes.size()) key.SetText(kDownloads, outcomes.substr(step.size() + 1));
@@ -63,7 +70,7 @@ Outcome Plan::NextDownload() {
 }
 
 Package Plan::InstalledPackage() const {
-    const RegistryKey key(kPlanKey);
+    const RegistryKey key(kPlanKey, RegistryKey::For::kReading);
     Package package;
     package.file = key.Text(kPackageFile).value_or("");
     package.installResult = key.Number(kInstallResult).value_or(package.installResult);

@@ -11,7 +11,10 @@ namespace agent_sim {
 
 class Plan {
 public:
-    // Throws UsageError for words that are no plan, std::runtime_error if the registry fails.
+    // Throw UsageError for words that are no plan; what else is here throws std::runtime_error if
+    // the registry fails.
+    static void CheckReassess(const std::string& answer);
+    static void CheckDownloads(const std::string& outcomes);
 
     // "next" (low, medium, high and from the start again), "same", or a health state.
     void SetReassess(const std::string& answer);

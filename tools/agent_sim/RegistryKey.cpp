@@ -15,10 +15,13 @@ void Check(LSTATUS status, const std::string& what) {
 
 }  // namespace
 
-RegistryKey::RegistryKey(const char* path) : path_(path) {
-    Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr,
-                          &key_, nullptr),
-          "open " + path_);
+RegistryKey::RegistryKey(const char* path, For use) : path_(path) {
+    if (use == For::kWriting)
+        Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path, 0, nullptr, 0, KEY_READ | KEY_WRITE,
+                              nullptr, &key_, nullptr),
+              "open " + path_);
+    else if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key_) != ERROR_SUCCESS)
+        key_ = nullptr;
 }
 
 void RegistryKey::Set(const std::string& name, DWORD type, const void* data, std::size_t size) {

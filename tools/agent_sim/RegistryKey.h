@@ -1,4 +1,4 @@
-// A registry key under HKEY_LOCAL_MACHINE that the stand-in writes.
+// A registry key under HKEY_LOCAL_MACHINE, as the stand-in reads and writes it.
 #pragma once
 
 #include <windows.h>
@@ -13,9 +13,14 @@ namespace agent_sim {
 
 class RegistryKey {
 public:
-    // Opens the key, and makes it if it is missing. Throws std::runtime_error if that fails.
-    explicit RegistryKey(const char* path);
-    ~RegistryKey() { RegCloseKey(key_); }
+    enum class For { kReading, kWriting };
+
+    // For writing a missing key is made; throws std::runtime_error if that fails. For reading one
+    // that cannot be opened is an empty one.
+    RegistryKey(const char* path, For use);
+    ~RegistryKey() {
+        if (key_) RegCloseKey(key_);
+    }
     RegistryKey(const RegistryKey&) = delete;
     RegistryKey& operator=(const RegistryKey&) = delete;
 

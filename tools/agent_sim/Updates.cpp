@@ -33,7 +33,7 @@ void Record(const char* key, const Result& result) {
     for (std::size_t at = 0; at < 8; ++at) bytes[at] = static_cast<std::uint8_t>(time >> 8 * at);
     for (std::size_t at = 0; at < 4; ++at)
         bytes[8 + at] = static_cast<std::uint8_t>(result.code >> 8 * at);
-    RegistryKey(key).SetBytes(result.name, bytes);
+    RegistryKey(key, RegistryKey::For::kWriting).SetBytes(result.name, bytes);
 }
 
 std::uint64_t LittleEndian(const std::uint8_t* from, std::size_t size) {
@@ -45,7 +45,7 @@ std::uint64_t LittleEndian(const std::uint8_t* from, std::size_t size) {
 
 std::vector<Result> ReadResults(const char* path) {
     std::vector<Result> results;
-    const RegistryKey key(path);
+    const RegistryKey key(path, RegistryKey::For::kReading);
     for (const std::string& name : key.ValueNames()) {
         const auto bytes = key.Bytes(name);
         if (bytes.size() != kRecordSize) continue;
@@ -100,8 +100,8 @@ std::vector<Result> InstallResults() { return ReadResults(kInstallResultsKey); }
 std::vector<Result> DownloadResults() { return ReadResults(kDownloadResultsKey); }
 
 void ClearResults() {
-    RegistryKey(kInstallResultsKey).DeleteAllValues();
-    RegistryKey(kDownloadResultsKey).DeleteAllValues();
+    RegistryKey(kInstallResultsKey, RegistryKey::For::kWriting).DeleteAllValues();
+    RegistryKey(kDownloadResultsKey, RegistryKey::For::kWriting).DeleteAllValues();
 }
 
 void PlayDownload(Outcome outcome, const Package& package) {

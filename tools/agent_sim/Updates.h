@@ -16,7 +16,7 @@ struct Offer {
     std::string fourth;
 };
 
-// All throw std::runtime_error or std::filesystem_error if they fail.
+// All throw std::runtime_error or std::filesystem::filesystem_error if they fail.
 void WriteOffer(const Offer& offer);
 void WithdrawOffer();
 std::optional<Offer> ReadOffer();

@@ -18,15 +18,20 @@ constexpr int kNotUnderstood = 2;
 
 constexpr std::int64_t kDemoPace = 12;  // seconds; a change is seen within 5
 
+// Nothing is touched, the log's file neither, before the whole command line is understood.
 void Run(Arguments arguments) {
-    HostLog log(arguments);
+    const LogSettings settings = TakeLogSettings(arguments);
     const bool listens = arguments.NextIs("listen");
     const bool demo = arguments.NextIs("demo");
-    if (!listens && !demo) return Execute(std::move(arguments));
-
+    if (!listens && !demo) {
+        const Action action = Understand(std::move(arguments));
+        const HostLog log(settings);
+        return action();
+    }
     arguments.TakeWord();
-    const auto pace = arguments.TakeNumber("--pace").value_or(kDemoPace);
+    const auto pace = arguments.TakeNumber("--pace", {0, 3600}).value_or(kDemoPace);
     arguments.ExpectNoMore();
+    HostLog log(settings);
     Daemon daemon(log);
     if (demo)
         daemon.PlayDemo(pace);
