@@ -5,8 +5,6 @@
 namespace {
 
 constexpr char kAgentKey[] = "SOFTWARE\\Corvane Systems\\TessaraLink";
-constexpr char kResultsKey[] = "SOFTWARE\\Corvane Systems\\TessaraLink\\updates\\results";
-constexpr char kDownloadsKey[] = "SOFTWARE\\Corvane Systems\\TessaraLink\\downloads";
 constexpr char kSheetsKey[] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Control Panel\\Cpls";
 constexpr char kSheetValue[] = "Tessara Link ";
 
@@ -27,14 +25,6 @@ void SetValue(const char* key, const std::string& name, DWORD type, const void* 
                               static_cast<DWORD>(size)),
               ERROR_SUCCESS)
         << key << ": does the test run as an administrator?";
-}
-
-void SetRecord(const char* key, const std::string& name, DWORD result, DWORD ageSeconds) {
-    const struct {
-        FILETIME time;
-        DWORD result;
-    } record{SecondsFromNow(-static_cast<LONGLONG>(ageSeconds)), result};
-    SetValue(key, name, REG_BINARY, &record, sizeof record);
 }
 
 // The applet compares whole seconds, against the clock as its pass began. A write in that very
@@ -97,19 +87,15 @@ Listener::~Listener() {
 
 std::string Listener::Receive(DWORD limitMs) const {
     if (!Readable(socket_, limitMs)) return {};
-    char buffer[512];
-    if (transport_ == kUdp) {
-        const int size = recv(socket_, buffer, sizeof buffer, 0);
-        return size > 0 ? std::string(buffer, static_cast<size_t>(size)) : std::string();
-    }
-    const SOCKET connection = accept(socket_, nullptr, nullptr);
+    const SOCKET peer = transport_ == kTcp ? accept(socket_, nullptr, nullptr) : socket_;
     std::string frame;
-    while (Readable(connection, limitMs)) {
-        const int size = recv(connection, buffer, sizeof buffer, 0);
-        if (size <= 0) break;
-        frame.append(buffer, static_cast<size_t>(size));
-    }
-    closesocket(connection);
+    char buffer[512];
+    int size = 0;
+    do {
+        size = Readable(peer, limitMs) ? recv(peer, buffer, sizeof buffer, 0) : 0;
+        if (size > 0) frame.append(buffer, static_cast<size_t>(size));
+    } while (transport_ == kTcp && size > 0);
+    if (transport_ == kTcp) closesocket(peer);
     return frame;
 }
 
@@ -149,12 +135,12 @@ void Agent::UseTcp(DWORD value) const {
     SetValue(kAgentKey, "UseTCP", REG_DWORD, &value, sizeof value);
 }
 
-void Agent::RecordInstall(const std::string& file, DWORD result, DWORD ageSeconds) const {
-    SetRecord(kResultsKey, file, result, ageSeconds);
-}
-
-void Agent::RecordDownload(const std::string& file, DWORD result, DWORD ageSeconds) const {
-    SetRecord(kDownloadsKey, file, result, ageSeconds);
+void Agent::Record(const char* key, const std::string& file, DWORD result, DWORD age) const {
+    const struct {
+        FILETIME time;
+        DWORD result;
+    } record{SecondsFromNow(-static_cast<LONGLONG>(age)), result};
+    SetValue((std::string(kAgentKey) + key).c_str(), file, REG_BINARY, &record, sizeof record);
 }
 
 void Agent::RegisterSheetLibrary(const std::string& path) const {

@@ -59,11 +59,17 @@ public:
 
     void UseTcp(DWORD value) const;
     // Results of `ageSeconds` ago; the name is that of the file.
-    void RecordInstall(const std::string& file, DWORD result, DWORD ageSeconds = 0) const;
-    void RecordDownload(const std::string& file, DWORD result, DWORD ageSeconds = 0) const;
+    void RecordInstall(const std::string& file, DWORD result, DWORD ageSeconds = 0) const {
+        Record("\\updates\\results", file, result, ageSeconds);
+    }
+    void RecordDownload(const std::string& file, DWORD result, DWORD ageSeconds = 0) const {
+        Record("\\downloads", file, result, ageSeconds);
+    }
     void RegisterSheetLibrary(const std::string& path) const;
     void Unregister() const;
 
 private:
+    void Record(const char* key, const std::string& file, DWORD result, DWORD age) const;
+
     std::string directory_;
 };

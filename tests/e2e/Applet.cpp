@@ -9,36 +9,6 @@ constexpr UINT kTrayCallback = 10053;
 constexpr DWORD kStartLimitMs = 20000;
 constexpr DWORD kExitLimitMs = 15000;
 
-struct WindowSearch {
-    DWORD processId;
-    std::string windowClass;
-    std::vector<HWND> found;
-};
-
-std::string ClassOf(HWND window) {
-    char name[64] = "";
-    GetClassNameA(window, name, sizeof name);
-    return name;
-}
-
-BOOL CALLBACK CollectWindow(HWND window, LPARAM parameter) {
-    auto& search = *reinterpret_cast<WindowSearch*>(parameter);
-    DWORD processId = 0;
-    GetWindowThreadProcessId(window, &processId);
-    if (processId == search.processId && ClassOf(window) == search.windowClass)
-        search.found.push_back(window);
-    return TRUE;
-}
-
-std::vector<HWND> WindowsOf(DWORD processId, const std::string& windowClass) {
-    WindowSearch search{processId, windowClass, {}};
-    EnumWindows(CollectWindow, reinterpret_cast<LPARAM>(&search));
-    return search.found;
-}
-
-constexpr char kDialogClass[] = "#32770";
-constexpr char kMenuClass[] = "#32768";
-
 }  // namespace
 
 std::string ProgramFolder() {
@@ -60,13 +30,14 @@ Applet::Applet(const std::string& program) {
     CloseHandle(information.hThread);
     process_ = information.hProcess;
     processId_ = information.dwProcessId;
-    WaitFor(
-        [this] {
-            for (HWND window : WindowsOf(processId_, kDialogClass))
-                if (TextOf(window) == "hlx_vh_tray") window_ = window;
-            return window_ || !Running();
-        },
-        kStartLimitMs);
+    const auto startedOrEnded = [this] {
+        const HWND window = FindWindowA(kDialogClass, "hlx_vh_tray");
+        if (ProcessOf(window) == processId_) window_ = window;
+        return window_ || !Running();
+    };
+    WaitFor(startedOrEnded, kStartLimitMs);
+    // It answers once it has started its watchers.
+    SendMessageA(window_, WM_NULL, 0, 0);
 }
 
 Applet::~Applet() {
@@ -94,46 +65,25 @@ bool Applet::Shows(TrayIcon icon) const {
     return Shell_NotifyIconA(NIM_MODIFY, &record);
 }
 
-bool Applet::AwaitIcon(TrayIcon icon, DWORD limitMs) const {
-    return WaitFor([&] { return Shows(icon); }, limitMs);
-}
-
-bool Applet::AwaitNoIcon(TrayIcon icon, DWORD limitMs) const {
-    return WaitFor([&] { return !Shows(icon); }, limitMs);
-}
-
 void Applet::DoubleClick(TrayIcon icon) const {
     for (LPARAM mouse : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP})
         PostMessageA(window_, kTrayCallback, icon, mouse);
 }
 
-void Applet::RightClick(TrayIcon icon) const {
+HWND Applet::OpenMenu() const {
     for (LPARAM mouse : {WM_RBUTTONDOWN, WM_RBUTTONUP})
-        PostMessageA(window_, kTrayCallback, icon, mouse);
+        PostMessageA(window_, kTrayCallback, kHealthIcon, mouse);
+    return AwaitMenu();
 }
 
-void Applet::ChooseFromMenu(char letter) const {
-    RightClick(kHealthIcon);
-    EXPECT_TRUE(WaitFor([this] { return Menu() != nullptr; }, kPromptLimitMs));
+bool Applet::ChooseFromMenu(char letter) const {
+    const HWND menu = AwaitMenu();
     PostMessageA(window_, WM_CHAR, static_cast<WPARAM>(letter), 0);
+    return WaitFor([menu] { return !IsWindowVisible(menu); }, kPromptLimitMs);
 }
 
-std::vector<HWND> Applet::Dialogs(const std::string& caption) const {
-    std::vector<HWND> dialogs;
-    for (HWND window : WindowsOf(processId_, kDialogClass))
-        if (IsWindowVisible(window) && TextOf(window) == caption) dialogs.push_back(window);
-    return dialogs;
-}
-
-Dialog Applet::AwaitDialog(const std::string& caption, DWORD limitMs) const {
-    std::vector<HWND> found;
-    WaitFor([&] { return !(found = Dialogs(caption)).empty(); }, limitMs);
-    EXPECT_EQ(found.size(), 1u) << caption;
-    return Dialog(found.empty() ? nullptr : found.front());
-}
-
-HWND Applet::Menu() const {
-    for (HWND window : WindowsOf(processId_, kMenuClass))
-        if (IsWindowVisible(window)) return window;
-    return nullptr;
+Dialog Applet::OpenDialog(TrayIcon icon, const char* caption) const {
+    EXPECT_TRUE(AwaitIcon(icon, kPassLimitMs));
+    DoubleClick(icon);
+    return AwaitDialog(caption);
 }

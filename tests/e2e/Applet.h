@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Dialog.h"
+#include "Screen.h"
 #include "Waiting.h"
 
 enum TrayIcon : UINT { kHealthIcon = 10053, kUpdatesIcon, kInstalledIcon, kDownloadsIcon };
@@ -33,25 +34,37 @@ public:
 
     // Does the shell show this icon of the applet?
     bool Shows(TrayIcon icon) const;
-    bool AwaitIcon(TrayIcon icon, DWORD limitMs) const;
-    bool AwaitNoIcon(TrayIcon icon, DWORD limitMs) const;
+    bool AwaitIcon(TrayIcon icon, DWORD limitMs) const {
+        return WaitFor([&] { return Shows(icon); }, limitMs);
+    }
+    bool AwaitNoIcon(TrayIcon icon, DWORD limitMs) const {
+        return WaitFor([&] { return !Shows(icon); }, limitMs);
+    }
 
-    // What the shell posts when the user does this to an icon.
+    // What the shell posts when the user double-clicks an icon.
     void DoubleClick(TrayIcon icon) const;
-    void RightClick(TrayIcon icon) const;
-    // Opens the menu of the health icon and types the letter of an item.
-    void ChooseFromMenu(char letter) const;
+    // What it posts when the health icon is clicked with the right button; gives the menu.
+    HWND OpenMenu() const;
+    HWND AwaitMenu() const { return AwaitWindow(processId_, "#32768"); }
+    // Types the letter of an item into the open menu; true when that has closed it.
+    bool ChooseFromMenu(char letter) const;
     // The command of an item, without the menu.
     void Choose(WORD command) const { PostMessageA(window_, WM_COMMAND, command, 0); }
 
     // The visible dialogs and message boxes with this caption.
-    std::vector<HWND> Dialogs(const std::string& caption) const;
-    // The one such dialog, as soon as it is there; one without a window when it does not come.
-    Dialog AwaitDialog(const std::string& caption, DWORD limitMs = kPromptLimitMs) const;
-    // The open menu, or null.
-    HWND Menu() const;
+    std::vector<HWND> Dialogs(const char* caption) const {
+        return WindowsOf(processId_, kDialogClass, caption);
+    }
+    // The one such dialog, as soon as it is there.
+    Dialog AwaitDialog(const char* caption, DWORD limitMs = kPromptLimitMs) const {
+        return Dialog(AwaitWindow(processId_, kDialogClass, caption, limitMs));
+    }
+    // Waits for an icon and double-clicks it.
+    Dialog OpenDialog(TrayIcon icon, const char* caption) const;
 
 private:
+    static constexpr char kDialogClass[] = "#32770";
+
     HANDLE process_ = nullptr;
     DWORD processId_ = 0;
     HWND window_ = nullptr;

@@ -5,21 +5,14 @@
 
 #include "Waiting.h"
 
-std::string TextOf(HWND window) {
-    char text[2048] = "";
-    SendMessageA(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text));
-    return text;
-}
-
 // The record of a message stands at the start of the page, its text in the second half.
 struct RemoteList::Page {
     static constexpr SIZE_T kSize = 4096;
     static constexpr SIZE_T kText = 2048;
 
     explicit Page(HWND window) {
-        DWORD id = 0;
-        GetWindowThreadProcessId(window, &id);
-        process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id);
+        process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE,
+                              ProcessOf(window));
         memory = static_cast<char*>(
             VirtualAllocEx(process, nullptr, kSize, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
         EXPECT_NE(memory, nullptr);
@@ -62,14 +55,6 @@ HWND RemoteList::Header() const {
     return reinterpret_cast<HWND>(SendMessageA(list_, LVM_GETHEADER, 0, 0));
 }
 
-int RemoteList::Rows() const {
-    return static_cast<int>(SendMessageA(list_, LVM_GETITEMCOUNT, 0, 0));
-}
-
-int RemoteList::Columns() const {
-    return static_cast<int>(SendMessageA(Header(), HDM_GETITEMCOUNT, 0, 0));
-}
-
 std::string RemoteList::Title(int column) const {
     HDITEMA item{};
     item.mask = HDI_TEXT;
@@ -90,15 +75,9 @@ std::string RemoteList::Cell(int row, int column) const {
     return page_->TakeText();
 }
 
-int RemoteList::Width(int column) const {
-    return static_cast<int>(
-        SendMessageA(list_, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
-}
-
 int RemoteList::WidthOf(const std::string& text) const {
     page_->PutText(text);
-    return static_cast<int>(
-        SendMessageA(list_, LVM_GETSTRINGWIDTHA, 0, reinterpret_cast<LPARAM>(page_->Text())));
+    return Ask(list_, LVM_GETSTRINGWIDTHA, 0, reinterpret_cast<LPARAM>(page_->Text()));
 }
 
 bool RemoteList::HasArrow(int column) const {
@@ -106,11 +85,6 @@ bool RemoteList::HasArrow(int column) const {
     item.mask = HDI_FORMAT;
     page_->Send(Header(), HDM_GETITEMA, static_cast<WPARAM>(column), item);
     return item.fmt & (HDF_SORTUP | HDF_SORTDOWN | HDF_BITMAP);
-}
-
-int RemoteList::Selected() const {
-    return static_cast<int>(
-        SendMessageA(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }
 
 void RemoteList::ClickHeader(int column) const {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-std::string TextOf(HWND window);
+#include "Screen.h"
 
 // A report list of another process. The list's messages carry pointers, so their records and texts
 // are put into that process's memory.
@@ -14,21 +14,25 @@ class RemoteList {
 public:
     explicit RemoteList(HWND list);
 
-    int Rows() const;
-    int Columns() const;
+    int Rows() const { return Ask(list_, LVM_GETITEMCOUNT); }
+    int Columns() const { return Ask(Header(), HDM_GETITEMCOUNT); }
     std::string Title(int column) const;
     std::string Cell(int row, int column) const;
-    int Width(int column) const;
+    int Width(int column) const { return Ask(list_, LVM_GETCOLUMNWIDTH, column); }
     // The width of a text in the list's font, in pixels.
     int WidthOf(const std::string& text) const;
     // Does the header show a sort arrow here, be it the control's own or a picture?
     bool HasArrow(int column) const;
-    int Selected() const;
+    int Selected() const { return Ask(list_, LVM_GETNEXTITEM, -1, LVNI_SELECTED); }
     // A click of the left button on a column's header.
     void ClickHeader(int column) const;
 
 private:
     struct Page;  // one page of the other process's memory
+    static int Ask(HWND window, UINT message, int item = 0, LPARAM parameter = 0) {
+        return static_cast<int>(
+            SendMessageA(window, message, static_cast<WPARAM>(item), parameter));
+    }
     HWND Header() const;
 
     HWND list_;
@@ -39,7 +43,6 @@ class Dialog {
 public:
     explicit Dialog(HWND window) : window_(window) {}
 
-    explicit operator bool() const { return window_ != nullptr; }
     HWND Window() const { return window_; }
     bool Open() const { return IsWindow(window_); }
     bool AwaitEnd() const;

@@ -15,42 +15,46 @@ constexpr int kBoxText = 0xFFFF;
 // Asks for an assessment until a request goes out. One does only when a result has been delivered
 // since the last, so this shows that the applet has looked at the file again.
 bool ReassessGoesOut(const Applet& applet, const Listener& daemon, DWORD limitMs) {
-    return WaitFor(
-        [&] {
-            applet.Choose(kReassess);
-            return daemon.Receive(100) == FrameOf(4);
-        },
-        limitMs);
+    const auto goesOut = [&] {
+        applet.Choose(kReassess);
+        return daemon.Receive(100) == FrameOf(4);
+    };
+    return WaitFor(goesOut, limitMs);
 }
 
 TEST(Health, EachStateShowsItsBoxAndThenItsIcon) {
-    const Agent agent;
-    agent.Report({.state = "low", .message = "Virus definitions are old."});
-    const Applet applet;
-    const char* const messages[][2] = {
-        {"medium", "One program is out of date."},
-        {"high", "All is well again."},
-        {"unknown", "The machine could not be assessed."},
+    const Look exclamation = LookOfPictureInBox(MB_ICONEXCLAMATION | MB_TOPMOST);
+    const Look information = LookOfPictureInBox(MB_ICONINFORMATION | MB_TOPMOST);
+    const bool balloonsAreWindows = BalloonsAreWindows();
+    const struct {
+        const char *state, *message, *balloon;
+        const Look& picture;
+    } reports[] = {
+        {"low", "Virus definitions are old.", "System health is low;", exclamation},
+        {"medium", "One program is out of date.", "System health is medium;", exclamation},
+        {"high", "All is well again.", "System health is high;", information},
+        {"unknown", "The machine could not be assessed.", nullptr, exclamation},
     };
-
-    const Dialog low = applet.AwaitDialog(kBoxCaption, kPassLimitMs);
-    EXPECT_EQ(low.Text(kBoxText), "Virus definitions are old.");
-    TakePicture("box");
-    EXPECT_FALSE(applet.Shows(kHealthIcon)) << "the icon waits for the box";
-    EXPECT_TRUE(low.Press(IDOK));
-    EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPromptLimitMs));
-
-    for (const auto& [state, message] : messages) {
-        agent.Report({.state = state, .message = message});
+    const Agent agent;
+    const Applet applet;
+    for (const auto& report : reports) {
+        SCOPED_TRACE(report.state);
+        agent.Report({.state = report.state, .message = report.message});
         const Dialog box = applet.AwaitDialog(kBoxCaption, kPassLimitMs);
-        EXPECT_EQ(box.Text(kBoxText), message);
-        EXPECT_TRUE(applet.Shows(kHealthIcon));
+        EXPECT_EQ(box.Text(kBoxText), report.message);
+        EXPECT_EQ(LookOfPictureIn(box.Window()), report.picture);
+        const bool first = &report == reports;
+        if (first) TakePicture("box");
+        EXPECT_NE(applet.Shows(kHealthIcon), first) << "the tray waits for the box";
         EXPECT_TRUE(box.Press(IDOK));
+        if (!report.balloon) continue;
+        EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPromptLimitMs));
+        EXPECT_TRUE(!balloonsAreWindows || AwaitBalloon(report.balloon));
     }
     EXPECT_TRUE(applet.AwaitNoIcon(kHealthIcon, kPromptLimitMs));
 }
 
-TEST(Health, OpensThePageOfTheResult) {
+TEST(Health, OpensThePageOfTheResultAndADisabledOneTakesTheIconAway) {
     const HANDLE opened = CreateEventA(nullptr, TRUE, FALSE, "vh_tray e2e page");
     const Agent agent;
     agent.Report({.page = ProgramFolder() + "e2e_page.exe"});
@@ -58,13 +62,6 @@ TEST(Health, OpensThePageOfTheResult) {
     EXPECT_EQ(WaitForSingleObject(opened, kPassLimitMs + kPromptLimitMs), WAIT_OBJECT_0);
     EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPromptLimitMs));
     CloseHandle(opened);
-}
-
-TEST(Health, DisabledResultTakesTheIconAway) {
-    const Agent agent;
-    agent.Report({});
-    const Applet applet;
-    ASSERT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
     agent.Report({.message = "unseen", .enabled = "false"});
     EXPECT_TRUE(applet.AwaitNoIcon(kHealthIcon, kPassLimitMs));
     EXPECT_TRUE(applet.Dialogs(kBoxCaption).empty());
@@ -125,12 +122,14 @@ TEST(Health, MissingParserLibraryDropsTheResultAndNoMore) {
     EXPECT_TRUE(DeleteFileA(lonely.c_str()));
 }
 
-TEST(Reassess, GoesOutOnceUntilAResultComes) {
+TEST(Reassess, IsAnItemOfTheMenuAndGoesOutOnceUntilAResultComes) {
     const Listener daemon(Listener::kUdp);
     const Agent agent;
     const Applet applet;
-    applet.Choose(kReassess);
+    const Look menu = LookOf(applet.OpenMenu());
+    EXPECT_TRUE(applet.ChooseFromMenu('r'));
     EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(4));
+    EXPECT_EQ(menu, LookOfMenu({"&Display last health results", "&Reassess health", "&About"}));
     applet.Choose(kReassess);
     EXPECT_EQ(daemon.Receive(500), "");
     agent.Report({});
@@ -144,15 +143,6 @@ TEST(Reassess, GoesByTcpWhenTheAgentSaysSo) {
     const Applet applet;
     applet.Choose(kReassess);
     EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(4));
-}
-
-TEST(Reassess, IsAnItemOfTheMenu) {
-    const Listener daemon(Listener::kUdp);
-    const Agent agent;
-    const Applet applet;
-    applet.ChooseFromMenu('r');
-    EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(4));
-    EXPECT_TRUE(WaitFor([&] { return applet.Menu() == nullptr; }, kPromptLimitMs));
 }
 
 }  // namespace

@@ -15,10 +15,9 @@ TEST(Pointer, RightClickOpensTheMenu) {
     const Applet applet;
     ASSERT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
     ASSERT_TRUE(AskAssistant("click 3"));
-    ASSERT_TRUE(WaitFor([&] { return applet.Menu() != nullptr; }, kPromptLimitMs));
+    ASSERT_TRUE(applet.AwaitMenu());
     TakePicture("menu");
-    PostMessageA(applet.Window(), WM_KEYDOWN, VK_ESCAPE, 0);
-    EXPECT_TRUE(WaitFor([&] { return applet.Menu() == nullptr; }, kPromptLimitMs));
+    EXPECT_TRUE(applet.ChooseFromMenu('a'));
 }
 
 TEST(Pointer, DoubleClickOpensTheDialogOfATransientIcon) {
