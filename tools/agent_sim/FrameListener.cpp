@@ -13,8 +13,7 @@ namespace agent_sim {
 namespace {
 
 constexpr int kLargestDatagram = 65536;
-constexpr std::uint64_t kLongestFrame = 1 << 20;  // who announces more is not listened to
-constexpr std::size_t kMostConnections = 50;      // those beyond wait; select knows 64 on Windows
+constexpr std::size_t kMostConnections = 50;  // those beyond wait; select knows 64 on Windows
 
 sockaddr_in LocalAddress(std::uint16_t port) {
     sockaddr_in address{};
@@ -58,29 +57,37 @@ FrameListener::~FrameListener() {
 
 void FrameListener::Listen() {
     while (!ending_) {
-        fd_set readable;
-        FD_ZERO(&readable);
-        SOCKET highest = datagrams_.Handle();
-        const auto await = [&](SOCKET handle) {
-            FD_SET(handle, &readable);
-            highest = std::max(highest, handle);
-        };
-        await(datagrams_.Handle());
-        if (connections_.size() < kMostConnections) await(stream_.Handle());
-        for (const Connection& connection : connections_) await(connection.peer.Handle());
-        timeval limit{1, 0};
-        const int ready =
-            select(static_cast<int>(highest) + 1, &readable, nullptr, nullptr, &limit);
-        if (ready < 0) std::this_thread::sleep_for(std::chrono::seconds(1));
-        if (ready <= 0) continue;
-        if (FD_ISSET(datagrams_.Handle(), &readable)) ServeDatagram();
-        connections_.remove_if([&](Connection& connection) {
-            return FD_ISSET(connection.peer.Handle(), &readable) && !ServeConnection(connection);
-        });
-        if (FD_ISSET(stream_.Handle(), &readable)) {
-            const SOCKET fresh = accept(stream_.Handle(), nullptr, nullptr);
-            if (fresh != INVALID_SOCKET) connections_.emplace_back(fresh);
+        try {
+            Serve();
+        } catch (const std::exception&) {
+            std::this_thread::sleep_for(std::chrono::seconds(1));  // a want that may pass
         }
+    }
+}
+
+void FrameListener::Serve() {
+    fd_set readable;
+    FD_ZERO(&readable);
+    SOCKET highest = datagrams_.Handle();
+    const auto await = [&](SOCKET handle) {
+        FD_SET(handle, &readable);
+        highest = std::max(highest, handle);
+    };
+    await(datagrams_.Handle());
+    if (connections_.size() < kMostConnections) await(stream_.Handle());
+    for (const Connection& connection : connections_) await(connection.peer.Handle());
+    timeval limit{1, 0};
+    const int ready = select(static_cast<int>(highest) + 1, &readable, nullptr, nullptr, &limit);
+    if (ready < 0) throw std::runtime_error("cannot wait for sockets");
+    if (ready == 0) return;
+    if (FD_ISSET(datagrams_.Handle(), &readable)) ServeDatagram();
+    connections_.remove_if([&](Connection& connection) {
+        return FD_ISSET(connection.peer.Handle(), &readable) && !ServeConnection(connection);
+    });
+    if (FD_ISSET(stream_.Handle(), &readable)) {
+        const SOCKET fresh = accept(stream_.Handle(), nullptr, nullptr);
+        if (fresh == INVALID_SOCKET) throw std::runtime_error("cannot accept a connection");
+        connections_.emplace_back(fresh);
     }
 }
 
@@ -97,7 +104,7 @@ bool FrameListener::ServeConnection(Connection& connection) {
     if (size > 0) {
         frames.Append(Bytes(piece).first(static_cast<std::size_t>(size)));
         while (const auto frame = frames.Next()) handler_("TCP", *frame);
-        if (frames.Announced() <= kLongestFrame) return true;
+        if (frames.Announced() <= kLongestPayload) return true;
     }
     if (!frames.Rest().empty()) handler_("TCP", frames.Rest());
     return false;

@@ -29,7 +29,7 @@ private:
 class FrameListener {
 public:
     // Called on the listener's thread with "UDP" or "TCP" and what came: a whole frame, or bytes
-    // that are none, of which a peer sends no more. It must not throw.
+    // that are none, of which a peer sends no more. What it throws is lost.
     using Handler = std::function<void(const char* transport, Bytes frame)>;
 
     // Throws std::runtime_error if a port is taken.
@@ -44,6 +44,8 @@ private:
     };
 
     void Listen();
+    // Waits for what comes, a second at most, and serves it. Throws if a call or memory fails.
+    void Serve();
     void ServeDatagram();
     // Whether the connection goes on.
     bool ServeConnection(Connection& connection);

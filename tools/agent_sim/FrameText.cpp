@@ -114,6 +114,8 @@ struct Frame {
 
     // What is wrong with its lengths; empty: nothing.
     std::string Fault() const {
+        if (announced > kLongestPayload)
+            return "the header announces " + Count(announced) + ", more than are taken";
         if (announced != payload.size()) return "the header announces " + Count(announced);
         if (known && known->length && known->length != announced)
             return "the command has " + Count(known->length);

@@ -11,6 +11,9 @@ namespace agent_sim {
 
 using Bytes = std::span<const std::uint8_t>;
 
+// Who announces more bytes than these is not listened to.
+constexpr std::uint32_t kLongestPayload = 1 << 20;
+
 // The command number of a frame; nothing if there is anything wrong with its lengths.
 std::optional<std::uint32_t> CommandOf(Bytes frame);
 
