@@ -1,5 +1,6 @@
 #include "Home.h"
 
+#include <algorithm>
 #include <chrono>
 #include <stdexcept>
 
@@ -31,8 +32,9 @@ std::filesystem::path AgentDirectory() {
     if (directory.empty())
         throw std::runtime_error(
             "the registry names no agent directory; 'agent_sim prepare' sets one up");
-    directory.pop_back();  // the separator
-    return directory;
+    // The library ends it with a backslash, which is a separator to the Win32 API alone.
+    std::replace(directory.begin(), directory.end(), '\\', '/');
+    return std::filesystem::path(directory).parent_path().make_preferred();
 }
 
 std::filesystem::path NotificationPath() { return AgentDirectory() / "healthnotif.txt"; }
