@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Arguments.h"
+#include "Commands.h"
 #include "Daemon.h"
 #include "FrameListener.h"
 #include "FrameText.h"
@@ -49,7 +50,8 @@ TEST(FrameText, TellsCommandPayloadAndBytes) {
         {{0, 0, 0, 9, 0, 0, 0, 1, 7},
          "command 9, record, 1 byte\n  the command has 80 bytes\n  00 00 00 09 00 00 00 01 07\n"},
         {{0, 0, 0, 7, 255, 255, 255, 255, 0},
-         "command 7, download updates, 1 byte\n  the header announces 4294967295 bytes\n"
+         "command 7, download updates, 1 byte\n  the header announces 4294967295 bytes, more than "
+         "are taken\n"
          "  00 00 00 07 ff ff ff ff 00\n"},
         {{0, 0, 0, 99, 0, 0, 0, 0}, "command 99, unknown, 0 bytes\n  00 00 00 63 00 00 00 00\n"},
         {{1, 2}, "no frame: 2 bytes, shorter than a header\n  01 02\n"},
@@ -128,6 +130,10 @@ TEST(Arguments, SplitALineAndGiveOptionsFromAnywhere) {
     EXPECT_THROW(arguments.RequireWord("more"), UsageError);
     EXPECT_THROW(SplitLine("an \"open quote"), UsageError);
     EXPECT_EQ(SplitLine(R"(C:\new\x.msi)")[0], R"(C:\new\x.msi)");
+    for (const char* request :
+         {"offer a:b 1", "offer a 1 \"c\nd\"", "offer a 1 c \"d\ne\"", "health low --message \1"})
+        EXPECT_THROW(Understand(Arguments(SplitLine(request))), UsageError) << request;
+    EXPECT_NO_THROW(Understand(Arguments(SplitLine("offer a 1 c d:e"))));
     for (const char* none : {"12x", "", "4294967296", "99999999999999999999"})
         EXPECT_THROW(ParseNumber(none, kAnyCode), UsageError) << none;
     EXPECT_EQ(ParseNumber("0x80070002", kAnyCode), 0x80070002);

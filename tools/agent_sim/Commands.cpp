@@ -60,7 +60,7 @@ Action Health(Arguments& arguments) {
 // A field of the cache file, which is one line. A colon ends any but the last.
 std::string CheckedField(std::string field, const char* refused) {
     if (field.find_first_of(refused) != std::string::npos)
-        throw UsageError("'" + field + "' does not fit the cache file: no colon, no line end");
+        throw UsageError("'" + field + "' holds a character that ends a field of the cache file");
     return field;
 }
 
@@ -235,7 +235,7 @@ std::string HelpText() {
            "\n"
            "Log options:\n"
            "  --log FILE          log to a file too; it is moved aside at 200 MiB\n"
-           "  --log-level N       1 errors, 3 events, 4 frames in full (default)\n"
+           "  --log-level N       1 errors, 3 events, 4 the bytes of frames (default)\n"
            "  --log-mask N        areas, bit by bit; 1 is agent_sim's own, 0x7ff all\n"
            "  --log-line LIST     what a line begins with: name, pid, line, date, time or none;\n"
            "                      truncate empties the file first (default: name,time)\n"

@@ -55,8 +55,8 @@ LogSettings TakeLogSettings(Arguments& arguments) {
     // The allocator's area stays out: it tells the address of every block.
     settings.mask = kAgentArea | HLX_AREA_SWCACHE;
     hlx_logReadEnv("HLX_DAEMON", &settings.level, &settings.mask, settings.path);
-    if (const auto wanted = arguments.TakeNumber("--log-level", {INT32_MIN, INT32_MAX}))
-        settings.level = hlx_logClampLevel(static_cast<std::int32_t>(*wanted));
+    if (const auto wanted = arguments.TakeNumber("--log-level", {0, kHlxMaximumLogLevel}))
+        settings.level = static_cast<std::int32_t>(*wanted);
     if (const auto wanted = arguments.TakeNumber("--log-mask", {0, UINT32_MAX}))
         settings.mask = static_cast<std::uint32_t>(*wanted);
     if (const auto wanted = arguments.TakeValue("--log")) settings.path = *wanted;
