@@ -28,8 +28,7 @@ Look Capture(HWND window) {
     SelectObject(memory, bitmap);
     BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY);
     GdiFlush();
-    const auto* first = static_cast<DWORD*>(pixels);
-    const Look look(first, pixels ? first + width * height : first);
+    const Look look(static_cast<DWORD*>(pixels), static_cast<DWORD*>(pixels) + width * height);
     DeleteDC(memory);
     DeleteObject(bitmap);
     ReleaseDC(nullptr, screen);
