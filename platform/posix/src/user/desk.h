@@ -53,7 +53,4 @@ Desk& TheDesk();
 // the lock of the world.
 UINT_PTR NewHandle();
 
-// The icons of a window that goes. Called without the lock.
-void RemoveTrayIcons(HWND window);
-
 }  // namespace user

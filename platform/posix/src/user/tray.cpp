@@ -93,19 +93,6 @@ void Tell(News& news) {
 
 }  // namespace
 
-void RemoveTrayIcons(HWND window) {
-    News news;
-    {
-        const machine::WorldLock lock = machine::LockWorld();
-        std::erase_if(TheDesk().icons, [&](const TrayIcon& icon) {
-            if (icon.window != window) return false;
-            news.push_back({kIconRemoved, icon.id, icon.tip, ""});
-            return true;
-        });
-    }
-    Tell(news);
-}
-
 }  // namespace user
 
 using namespace user;

@@ -54,7 +54,6 @@ void SendFinal(const WindowPtr& window) {
         if (const WindowPtr living = Lookup(child)) SendFinal(living);
     SendMessageA(window->handle, WM_NCDESTROY, 0, 0);
     ForgetWindow(window->handle);
-    RemoveTrayIcons(window->handle);
     const machine::WorldLock lock = machine::LockWorld();
     TakeOut(*window);
 }
@@ -132,13 +131,10 @@ WindowPtr Create(const NewWindow& wanted) {
 void DropWindowsOfThread() {
     const std::shared_ptr<Queue> queue = ThisThreadsQueue();
     std::vector<WindowPtr> dropped;
-    {
-        const machine::WorldLock lock = machine::LockWorld();
-        for (const auto& [handle, window] : Table())
-            if (window->queue == queue) dropped.push_back(window);
-        for (const WindowPtr& window : dropped) TakeOut(*window);
-    }
-    for (const WindowPtr& window : dropped) RemoveTrayIcons(window->handle);
+    const machine::WorldLock lock = machine::LockWorld();
+    for (const auto& [handle, window] : Table())
+        if (window->queue == queue) dropped.push_back(window);
+    for (const WindowPtr& window : dropped) TakeOut(*window);
 }
 
 }  // namespace user
