@@ -40,7 +40,8 @@ bool CRegThread::RunPass(HANDLE notifyEvent) {
         m_bFirstPass = 0;
         PostMessageA(m_hNotifyWnd, m_uMessage, reinterpret_cast<WPARAM>(m_hHive),
                      reinterpret_cast<LPARAM>(m_pszPath));
-        // A change that came meanwhile: the next pass reports it, for it takes the signal back.
+        // A change that came meanwhile has to be reported by the next pass: its signal would be
+        // taken back with that of the close.
         if (WaitForSingleObject(notifyEvent, 0) == WAIT_OBJECT_0) m_bFirstPass = 1;
     }
     RegCloseKey(key);

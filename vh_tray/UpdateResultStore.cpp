@@ -25,17 +25,17 @@ bool IsWithinResultWindow(const FILETIME& later, const FILETIME& earlier) {
 
 bool CRecordWalk::NextBinaryRecord() {
     char name[kBinaryNameCapacity];
-    for (int failures = 0;;) {
+    for (int failures = 0, longNames = 0;;) {
         DWORD length = kBinaryNameCapacity;
         const LSTATUS status =
             RegEnumValueA(m_hKey, m_index++, name, &length, nullptr, nullptr, nullptr, nullptr);
         if (status == ERROR_NO_MORE_ITEMS) return false;
         if (status != ERROR_SUCCESS) {
-            const bool tooLong = status == ERROR_MORE_DATA;
-            if (++failures >= (tooLong ? kMostLongNamesInARow : kMostFailuresInARow)) return false;
+            ++(status == ERROR_MORE_DATA ? longNames : failures);
+            if (failures == kMostFailuresInARow || longNames == kMostLongNamesInARow) return false;
             continue;
         }
-        failures = 0;
+        failures = longNames = 0;
         m_name.assign(name, length);
         DWORD type = REG_NONE;
         DWORD size = sizeof m_record;
