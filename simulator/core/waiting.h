@@ -1,0 +1,71 @@
+// How the simulated threads wait, and how an observer knows that all of them are idle.
+//
+// One lock guards everything that a thread can wait for: events, queues, timers, ends of threads. A
+// waiting thread leaves its condition behind as a predicate without side effects, so a thread that
+// holds the lock can tell whether the thread is idle. While all threads are idle and the lock is
+// held, the state does not change: this is how the desktop is inspected.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+
+#include "simulator/clock.h"
+#include "simulator/threads.h"
+
+namespace simulator {
+
+// A place in the source: that of the call in whose default argument Current stands. The compiler
+// that fuzzes has no std::source_location.
+struct SourcePlace {
+    const char* file;
+    int line;
+
+    static constexpr SourcePlace Current(const char* file = __builtin_FILE(),
+                                         int line = __builtin_LINE()) {
+        return {file, line};
+    }
+};
+
+// The lock, held for the life of the object. A thread that takes it while it holds it ends the
+// program with both places.
+class StateLock {
+public:
+    explicit StateLock(SourcePlace place) { Lock(place); }
+    ~StateLock();
+    StateLock(const StateLock&) = delete;
+    StateLock& operator=(const StateLock&) = delete;
+
+    // Releases the lock for a while, and takes it again.
+    void Unlock();
+    void Lock(SourcePlace place = SourcePlace::Current());
+
+    // For waits on condition variables.
+    std::unique_lock<std::mutex>& Mutex() { return m_lock; }
+
+private:
+    std::unique_lock<std::mutex> m_lock;
+};
+
+inline StateLock LockState(SourcePlace place = SourcePlace::Current()) { return StateLock(place); }
+
+// Blocks the calling thread until `ready` holds (true) or Clock::Uptime() reaches `deadline`
+// (false). `ready` is called under the lock, also by other threads.
+bool WaitFor(StateLock& lock, const std::function<bool()>& ready,
+             std::optional<Ticks> deadline = std::nullopt);
+
+// To be called under the lock after a change that a thread may be waiting for.
+void NotifyStateChanged();
+
+// Waits until every registered thread but the caller is idle: in WaitFor, with its condition unmet
+// and its deadline not reached. Returns under the lock.
+void WaitUntilIdle(StateLock& lock);
+
+// Registers a poll for changes from outside the process, which WaitUntilIdle calls first. It is
+// called without the lock and takes in the changes up to now.
+void AddExternalSource(std::function<void()> poll);
+
+// The next deadline of any waiting thread, if one waits with a deadline. Called under the lock.
+std::optional<Ticks> NextDeadline();
+
+}  // namespace simulator

@@ -1,0 +1,4 @@
+// Texts in the narrow character set.
+#pragma once
+
+unsigned char* _mbstok(unsigned char* text, const unsigned char* delimiters);

@@ -1,0 +1,20 @@
+// Commands: each line of input is one user action.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "terminal/screen.h"
+
+namespace terminal {
+
+// What became of a line.
+struct Done {
+    bool quits = false;  // the user logs off
+    std::string whyNot;  // not empty: nothing could be done, and why
+};
+
+// Carries out one line; the empty one and comments ("# ...") do nothing.
+Done DoLine(std::string_view line, Screen& screen);
+
+}  // namespace terminal
