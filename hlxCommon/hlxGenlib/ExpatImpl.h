@@ -18,7 +18,8 @@
 //
 // All strings are UTF-8. The handlers run inside Parse, on its thread, and may throw: nothing
 // unwinds through the parser's own frames, no further handler runs, and Parse throws it again.
-// An object serves one thread at a time.
+// An object serves one thread at a time. The line numbers given to hlx_guardParser are part of the
+// interface, do not correct.
 template <class T>
 class CExpatImpl {
 public:
@@ -33,12 +34,12 @@ public:
     // nor after a std::bad_alloc, which the search for the library may throw.
     bool Create(const char* encoding, const char* separator) {
         Destroy();
-        const ExpatFunctions* const expat = hlx_expatFunctions();
-        if (!expat) return false;
-        m_p = expat->ParserCreate_MM(NullIfEmpty(encoding), nullptr, NullIfEmpty(separator));
+        m_expat = hlx_expatFunctions();
+        if (!m_expat) return false;
+        m_p = m_expat->ParserCreate_MM(NullIfEmpty(encoding), nullptr, NullIfEmpty(separator));
         if (!m_p) return false;
         EnableHandlers();
-        expat->SetUserData(m_p, this);
+        m_expat->SetUserData(m_p, this);
         return true;
     }
 
@@ -51,14 +52,14 @@ public:
             if (measured > INT_MAX) return false;
             length = static_cast<int>(measured);
         }
-        const XML_Status status = hlx_expatFunctions()->Parse(m_p, text, length, isFinal);
+        const XML_Status status = m_expat->Parse(m_p, text, length, isFinal);
         if (m_thrown) std::rethrow_exception(std::exchange(m_thrown, nullptr));
         return status != XML_STATUS_ERROR;
     }
 
     // Frees the parser, if there is one.
     void Destroy() {
-        if (m_p) hlx_expatFunctions()->ParserFree(m_p);
+        if (m_p) m_expat->ParserFree(m_p);
         m_p = nullptr;
     }
 
@@ -72,30 +73,29 @@ public:
 
     void EnableStartElementHandler(bool on) {
         hlx_guardParser(m_p, 222);
-        hlx_expatFunctions()->SetStartElementHandler(m_p, on ? &StartElement : nullptr);
+        m_expat->SetStartElementHandler(m_p, on ? &StartElement : nullptr);
     }
 
     void EnableEndElementHandler(bool on) {
         hlx_guardParser(m_p, 230);
-        hlx_expatFunctions()->SetEndElementHandler(m_p, on ? &EndElement : nullptr);
+        m_expat->SetEndElementHandler(m_p, on ? &EndElement : nullptr);
     }
 
     void EnableCharacterDataHandler(bool on) {
         hlx_guardParser(m_p, 247);
-        hlx_expatFunctions()->SetCharacterDataHandler(m_p, on ? &CharacterData : nullptr);
+        m_expat->SetCharacterDataHandler(m_p, on ? &CharacterData : nullptr);
     }
 
     void EnableCommentHandler(bool on) {
         hlx_guardParser(m_p, 265);
-        hlx_expatFunctions()->SetCommentHandler(m_p, on ? &Comment : nullptr);
+        m_expat->SetCommentHandler(m_p, on ? &Comment : nullptr);
     }
 
     // `expand`: references to internal entities go to the character data handler instead.
     void EnableDefaultHandler(bool on, bool expand) {
         hlx_guardParser(m_p, 300);
-        const ExpatFunctions& expat = *hlx_expatFunctions();
-        (expand ? expat.SetDefaultHandlerExpand : expat.SetDefaultHandler)(m_p,
-                                                                           on ? &Default : nullptr);
+        (expand ? m_expat->SetDefaultHandlerExpand : m_expat->SetDefaultHandler)(
+            m_p, on ? &Default : nullptr);
     }
 
 protected:
@@ -132,7 +132,8 @@ private:
         Route(user, [=](T& target) { target.OnDefault(data, length); });
     }
 
-    std::exception_ptr m_thrown;  // what a handler threw, until Parse throws it again
+    const ExpatFunctions* m_expat = nullptr;  // where m_p comes from
+    std::exception_ptr m_thrown;              // what a handler threw, until Parse throws it again
 };
 
 // Keeps the parser's library in memory no longer than itself: the library comes in with the first

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <string>
 
 #include "hlxAgentKey.h"
@@ -12,6 +13,21 @@ namespace {
 
 constexpr char kFileName[] = "LIBEXPAT.dll";
 
+// Not std::mutex, whose errors bring 9 KB of the C++ library into vh_tray.exe. Never deleted:
+// static objects of others may still hold a parser.
+struct Lock {
+    Lock() { InitializeCriticalSection(&section); }
+    void lock() { EnterCriticalSection(&section); }
+    void unlock() { LeaveCriticalSection(&section); }
+
+    CRITICAL_SECTION section;
+};
+
+// Guards the two below.
+Lock& TheLock() {
+    static Lock lock;
+    return lock;
+}
 HMODULE g_library;
 ExpatFunctions g_functions;
 
@@ -43,6 +59,7 @@ bool BindAll(HMODULE library, ExpatFunctions& to) {
 }  // namespace
 
 const ExpatFunctions* hlx_expatFunctions() {
+    const std::lock_guard guard(TheLock());
     if (g_library) return &g_functions;
     const HMODULE library = FindLibrary();
     if (!library) return nullptr;
@@ -55,12 +72,14 @@ const ExpatFunctions* hlx_expatFunctions() {
 }
 
 void hlx_unloadExpat() {
+    const std::lock_guard guard(TheLock());
     if (!g_library) return;
     FreeLibrary(g_library);
     g_library = nullptr;
     g_functions = {};
 }
 
+// The file name and the lines in the message are part of the interface, do not correct.
 void hlx_guardParser(XML_Parser parser, int line) {
     if (parser) return;
     std::fprintf(stderr, "Assertion failed: %s, file %s, line %d\n", "m_p != NULL",

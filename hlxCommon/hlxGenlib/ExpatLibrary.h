@@ -1,7 +1,8 @@
 // The XML parser's library in memory: bound on demand, given back when asked.
 //
 // The functions are bound together at the first use after a start or an unload, from LIBEXPAT.dll
-// where the platform's search finds it, else from the agent's directory. One thread at a time.
+// where the platform's search finds it, else from the agent's directory. Any thread may call; a
+// lock guards loading and unloading.
 #pragma once
 
 #include <expat.h>
@@ -19,8 +20,8 @@ struct ExpatFunctions {
     decltype(&XML_SetDefaultHandlerExpand) SetDefaultHandlerExpand;
 };
 
-// Gives the functions, valid until the next unload; null if the library or one of them is missing.
-// Throws std::bad_alloc if it would have to bind them and has no memory for a path.
+// Returns the functions, valid until the next unload; null if the library or one of them is
+// missing. Throws std::bad_alloc if it would have to bind them and has no memory for a path.
 const ExpatFunctions* hlx_expatFunctions();
 
 // Unloads the library, if it is loaded. No parser may be left.

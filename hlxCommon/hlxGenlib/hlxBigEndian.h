@@ -1,4 +1,4 @@
-// Numbers as they stand on the wire and in records: big-endian, at any alignment.
+// Numbers as they are on the wire and in records: big-endian, at any alignment.
 #pragma once
 
 #include <cstdint>

@@ -26,13 +26,13 @@ constexpr DWORD kTcpLingerTime = 1000;  // milliseconds between the frame and th
 class Frame {
 public:
     Frame(std::uint32_t command, const std::uint8_t* payload, std::uint32_t length) {
-        if (length > INT_MAX - kHlxFrameHeaderSize) return;  // the sockets count in int
-        m_bytes.reset(static_cast<std::uint8_t*>(std::malloc(kHlxFrameHeaderSize + length)));
+        if (length > INT_MAX - HLX_FRAME_HEADER_SIZE) return;  // the sockets count in int
+        m_bytes.reset(static_cast<std::uint8_t*>(std::malloc(HLX_FRAME_HEADER_SIZE + length)));
         if (!m_bytes) return;
         hlx_storeBig32(m_bytes.get(), command);
         hlx_storeBig32(m_bytes.get() + 4, length);
-        std::memcpy(m_bytes.get() + kHlxFrameHeaderSize, payload, length);
-        m_size = static_cast<int>(kHlxFrameHeaderSize + length);
+        std::memcpy(m_bytes.get() + HLX_FRAME_HEADER_SIZE, payload, length);
+        m_size = static_cast<int>(HLX_FRAME_HEADER_SIZE + length);
     }
 
     bool IsEmpty() const { return m_size == 0; }
@@ -127,13 +127,13 @@ HlxResult SendFrame(HlxResult (*transport)(std::uint16_t, const Frame&, std::int
 // What the public operations have in common: their result is the socket error alone.
 std::int32_t Send(HlxCommand command, const void* payload, std::uint32_t length) {
     std::int32_t error = 0;
-    hlx_sendCommand(kHlxUdpPort, command, static_cast<const std::uint8_t*>(payload), length,
+    hlx_sendCommand(HLX_UDP_PORT, command, static_cast<const std::uint8_t*>(payload), length,
                     &error);
     return error;
 }
 
 std::int32_t SendBare(HlxCommand command) {
-    constexpr std::uint8_t kZeros[kHlxBarePayloadSize] = {};
+    constexpr std::uint8_t kZeros[HLX_BARE_PAYLOAD_SIZE] = {};
     return Send(command, kZeros, sizeof kZeros);
 }
 
@@ -149,7 +149,7 @@ std::int32_t hlx_useTcp() {
 
 HlxResult hlx_sendCommand(std::uint16_t port, std::uint32_t command, const std::uint8_t* payload,
                           std::uint32_t length, std::int32_t* error) {
-    if (hlx_useTcp() == 1) return hlx_sendCommandTcp(kHlxTcpPort, command, payload, length, error);
+    if (hlx_useTcp() == 1) return hlx_sendCommandTcp(HLX_TCP_PORT, command, payload, length, error);
     return SendFrame(SendDatagram, port, command, payload, length, error);
 }
 
@@ -167,11 +167,11 @@ std::int32_t hlx_sendCommand12() { return SendBare(HLX_COMMAND_12); }
 std::int32_t hlx_sendCommand13() { return SendBare(HLX_COMMAND_13); }
 
 std::int32_t hlx_sendRecord8(const void* record) {
-    return record ? Send(HLX_COMMAND_RECORD_8, record, kHlxRecord8Size) : HLX_REFUSED;
+    return record ? Send(HLX_COMMAND_RECORD_8, record, HLX_RECORD_8_SIZE) : HLX_REFUSED;
 }
 
 std::int32_t hlx_sendRecord9(const void* record) {
-    return record ? Send(HLX_COMMAND_RECORD_9, record, kHlxRecord9Size) : HLX_REFUSED;
+    return record ? Send(HLX_COMMAND_RECORD_9, record, HLX_RECORD_9_SIZE) : HLX_REFUSED;
 }
 
 std::int32_t hlx_sendText(const char* text) {

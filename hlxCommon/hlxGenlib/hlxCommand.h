@@ -12,14 +12,15 @@
 #include <atomic>
 #include <cstdint>
 
+#include "hlxInterface.h"
 #include "hlxResult.h"
 
-constexpr std::uint16_t kHlxUdpPort = 30022;
-constexpr std::uint16_t kHlxTcpPort = 30024;
-constexpr std::uint32_t kHlxFrameHeaderSize = 8;  // command number and payload length
-constexpr std::uint32_t kHlxBarePayloadSize = 5;  // zero bytes, of a command that carries nothing
-constexpr std::uint32_t kHlxRecord8Size = 480;    // payload of command 8
-constexpr std::uint32_t kHlxRecord9Size = 80;     // payload of command 9
+constexpr std::uint32_t HLX_FRAME_HEADER_SIZE = 8;  // command number and payload length
+// The zero bytes that are the payload of a command without data: part of the interface, do not
+// correct.
+constexpr std::uint32_t HLX_BARE_PAYLOAD_SIZE = 5;
+constexpr std::uint32_t HLX_RECORD_8_SIZE = 480;  // payload of command 8
+constexpr std::uint32_t HLX_RECORD_9_SIZE = 80;   // payload of command 9
 
 enum HlxCommand : std::uint32_t {
     HLX_COMMAND_2 = 2,
@@ -39,11 +40,11 @@ enum HlxCommand : std::uint32_t {
 // process; 0 if the key has no such value.
 extern std::atomic<std::int32_t> g_useTcp;
 
-// Gives the setting, read on demand; -1 if the key cannot be opened.
+// Returns the setting, read on demand; -1 if the key cannot be opened.
 std::int32_t hlx_useTcp();
 
-// Each of these sends one command and gives 0 or the number of a socket error; also 0 if there was
-// no memory for the frame.
+// Each of these sends one command and returns 0 or the number of a socket error. It also returns 0
+// if there was no memory for the frame (part of the interface, do not correct).
 std::int32_t hlx_sendCommand2();
 std::int32_t hlx_requestReassess();
 std::int32_t hlx_sendCommand5();
@@ -52,7 +53,7 @@ std::int32_t hlx_requestDownload();
 std::int32_t hlx_sendCommand12();
 std::int32_t hlx_sendCommand13();
 
-// `record` has kHlxRecord8Size or kHlxRecord9Size bytes; 1 if it is null.
+// `record` has HLX_RECORD_8_SIZE or HLX_RECORD_9_SIZE bytes; 1 if it is null.
 std::int32_t hlx_sendRecord8(const void* record);
 std::int32_t hlx_sendRecord9(const void* record);
 
@@ -65,7 +66,7 @@ std::int32_t hlx_sendComposite(std::uint32_t length1, const std::uint8_t* blob1,
                                std::uint32_t length2, const std::uint8_t* blob2,
                                std::uint32_t length3, const std::uint8_t* blob3);
 
-// Sends a frame with a payload of `length` bytes to `port` by UDP, or to kHlxTcpPort by TCP if the
+// Sends a frame with a payload of `length` bytes to `port` by UDP, or to HLX_TCP_PORT by TCP if the
 // setting is 1. Codes: 0; HLX_REFUSED without a payload; HLX_NO_MEMORY, also for a payload of 2
 // GiB; HLX_SOCKET_FAILED. `error`, if it is given, receives the number of the socket error with
 // HLX_SOCKET_FAILED, and with 0 either 0 or the error of an attempt that was repeated.

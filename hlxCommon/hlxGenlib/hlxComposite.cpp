@@ -36,13 +36,13 @@ std::uint8_t* hlx_buildComposite(std::uint32_t length1, const std::uint8_t* blob
     *error = HLX_REFUSED;
     if (!length1 || !blob1 || !length2 || !blob2 || !size) return nullptr;
     const std::uint64_t total =
-        std::uint64_t{kHlxCompositeHeaderSize} + length1 + length2 + length3 + kTailSize;
+        std::uint64_t{HLX_COMPOSITE_HEADER_SIZE} + length1 + length2 + length3 + kTailSize;
     if (total > UINT32_MAX) return nullptr;
     auto* const message =
         static_cast<std::uint8_t*>(std::calloc(1, static_cast<std::size_t>(total)));
     if (!message) return nullptr;
 
-    std::uint8_t* const data = message + kHlxCompositeHeaderSize;
+    std::uint8_t* const data = message + HLX_COMPOSITE_HEADER_SIZE;
     Header header{length1, length2, length1, 0, 0};
     std::memcpy(data, blob1, length1);
     std::memcpy(data + header.offset2, blob2, length2);
@@ -61,10 +61,10 @@ HlxResult hlx_parseCompositeChecked(const std::uint8_t* message, std::uint32_t s
                                     std::uint32_t* length1, const std::uint8_t** blob1,
                                     std::uint32_t* length2, const std::uint8_t** blob2,
                                     std::uint32_t* length3, const std::uint8_t** blob3) {
-    if (!message || size < kHlxCompositeHeaderSize) return HLX_REFUSED;
+    if (!message || size < HLX_COMPOSITE_HEADER_SIZE) return HLX_REFUSED;
     const Header header = LoadHeader(message);
-    const auto fits = [room = size - kHlxCompositeHeaderSize](std::uint32_t offset,
-                                                              std::uint32_t length) {
+    const auto fits = [room = size - HLX_COMPOSITE_HEADER_SIZE](std::uint32_t offset,
+                                                                std::uint32_t length) {
         return offset <= room && length <= room - offset;
     };
     if (!fits(0, header.length1) || !fits(header.offset2, header.length2) ||
@@ -79,7 +79,7 @@ HlxResult hlx_parseComposite(const std::uint8_t* message, std::uint32_t* length1
                              const std::uint8_t** blob3) {
     if (!message || !length1 || !blob1 || !length2 || !blob2) return HLX_REFUSED;
     const Header header = LoadHeader(message);
-    const std::uint8_t* const data = message + kHlxCompositeHeaderSize;
+    const std::uint8_t* const data = message + HLX_COMPOSITE_HEADER_SIZE;
     *length1 = header.length1;
     *blob1 = data;
     *length2 = header.length2;

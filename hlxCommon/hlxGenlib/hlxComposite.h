@@ -14,20 +14,21 @@
 
 #include "hlxResult.h"
 
-constexpr std::uint32_t kHlxCompositeHeaderSize = 20;
+constexpr std::uint32_t HLX_COMPOSITE_HEADER_SIZE = 20;
 
-// Gives the message in a new block of `*size` bytes, to be released with free, and stores 0 in
-// `*error`. Gives null, with 1 in `*error` if it is there, if blob 1 or 2 is empty, an
+// Returns the message in a new block of `*size` bytes, to be released with free, and stores 0 in
+// `*error`. Returns null, with 1 in `*error` if it is there, if blob 1 or 2 is empty, an
 // out-parameter is missing or there is no memory. Blob 3 is left out if its length is 0 or its
-// pointer null; its length counts for the size all the same.
+// pointer null; its length counts for the size all the same (part of the interface, do not
+// correct).
 std::uint8_t* hlx_buildComposite(std::uint32_t length1, const std::uint8_t* blob1,
                                  std::uint32_t length2, const std::uint8_t* blob2,
                                  std::uint32_t length3, const std::uint8_t* blob3,
                                  std::uint32_t* size, std::int32_t* error);
 
 // Finds the blobs of a message of `size` bytes from anywhere: pointers into the message, null for a
-// blob 3 that is not there. The out-parameters of blob 3 may be null. Gives 0; or HLX_REFUSED, with
-// nothing handed out, if another pointer is null or a blob does not lie within the message.
+// blob 3 that is not there. The out-parameters of blob 3 may be null. Returns 0; or HLX_REFUSED,
+// with nothing returned, if another pointer is null or a blob does not lie within the message.
 HlxResult hlx_parseCompositeChecked(const std::uint8_t* message, std::uint32_t size,
                                     std::uint32_t* length1, const std::uint8_t** blob1,
                                     std::uint32_t* length2, const std::uint8_t** blob2,

@@ -10,6 +10,8 @@ public:
         : m_name(name ? name : ""), m_value(value ? value : "") {}
     hlxConfAttribute(const hlxConfAttribute&) = default;
     hlxConfAttribute& operator=(const hlxConfAttribute&) = default;
+    hlxConfAttribute(hlxConfAttribute&&) = default;
+    hlxConfAttribute& operator=(hlxConfAttribute&&) = default;
     virtual ~hlxConfAttribute() = default;
 
     void SetName(const char* name) { m_name = name; }

@@ -1,25 +1,16 @@
 #include "hlxConfElement.h"
 
-#include "hlxListCursor.h"
-
 hlxConfElement::hlxConfElement(const char* tag, const char* text)
-    : m_tag(tag ? tag : ""), m_text(text ? text : ""), m_attrCursor(m_attributes.end()) {}
+    : m_tag(tag ? tag : ""), m_text(text ? text : "") {}
 
 hlxConfElement::hlxConfElement(const hlxConfElement& other)
     : m_tag(other.m_tag),
       m_text(other.m_text),
       m_attributes(other.m_attributes),
-      m_attrCursor(m_attributes.end()),
       m_depth(other.m_depth) {}
 
 hlxConfElement& hlxConfElement::operator=(const hlxConfElement& other) {
-    m_attrCursor = m_attributes.end();  // before anything that can throw
-    m_tag = other.m_tag;
-    m_text = other.m_text;
-    m_attributes = other.m_attributes;
-    m_attrCursor = m_attributes.end();
-    m_depth = other.m_depth;
-    return *this;
+    return *this = hlxConfElement(other);
 }
 
 bool hlxConfElement::GetFirstAttribute(hlxConfAttribute& attribute) {
@@ -32,5 +23,5 @@ bool hlxConfElement::GetNextAttribute(hlxConfAttribute& attribute) {
 
 bool hlxConfElement::FindAttribute(const char* name, hlxConfAttribute& attribute) {
     const auto isNamed = [name](const hlxConfAttribute& each) { return each.m_name == name; };
-    return hlx_find(m_attributes, m_attrCursor, isNamed, attribute);
+    return hlx_findFrom(m_attributes, 0, isNamed, m_attrCursor, attribute);
 }

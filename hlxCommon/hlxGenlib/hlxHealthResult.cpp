@@ -2,11 +2,13 @@
 
 #include <winsock2.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 #include "hlxMalloc.h"
 #include "hlxParseConf.h"
@@ -14,7 +16,7 @@
 
 namespace {
 
-constexpr char kRestrictTag[] = "RestrictIP";
+constexpr std::string_view kRestrictTag = "RestrictIP";
 
 std::uint32_t FlagOf(const std::string& text) {
     return hlx_sameIgnoringCase(text, "true") || hlx_sameIgnoringCase(text, "yes");
@@ -27,31 +29,43 @@ std::uint32_t StateOf(const std::string& text) {
     return HLX_HEALTH_UNKNOWN;
 }
 
+// The lookups of the tree and its elements, without a copy of what they find; null if there is
+// none.
+const hlxConfElement* Find(const hlxParseConf& tree, const char* tag) {
+    const auto found = std::ranges::find(tree.m_elements, tag, &hlxConfElement::m_tag);
+    return found == tree.m_elements.end() ? nullptr : &*found;
+}
+
+const std::string* Find(const hlxConfElement& element, const char* name) {
+    const auto found = std::ranges::find(element.m_attributes, name, &hlxConfAttribute::m_name);
+    return found == element.m_attributes.end() ? nullptr : &found->m_value;
+}
+
 // Hands out what `valueOf` makes of the text of the element with this tag.
-void ReadValue(hlxParseConf& tree, const char* tag, std::uint32_t (*valueOf)(const std::string&),
-               std::uint32_t* value) {
-    hlxConfElement element;
-    if (value && tree.FindElement(tag, element)) *value = valueOf(element.m_text);
+void ReadValue(const hlxParseConf& tree, const char* tag,
+               std::uint32_t (*valueOf)(const std::string&), std::uint32_t* value) {
+    const hlxConfElement* const element = Find(tree, tag);
+    if (value && element) *value = valueOf(element->m_text);
 }
 
-void ReadPopup(hlxConfElement& element, std::uint32_t* popup) {
-    hlxConfAttribute attribute;
-    if (popup && element.FindAttribute("popup", attribute)) *popup = FlagOf(attribute.m_value);
+void ReadPopup(const hlxConfElement& element, std::uint32_t* popup) {
+    const std::string* const value = Find(element, "popup");
+    if (popup && value) *popup = FlagOf(*value);
 }
 
-void ReadMessage(hlxParseConf& tree, char** message, std::uint32_t* popup) {
-    hlxConfElement element;
-    if (!tree.FindElement("Message", element)) return;
-    ReadPopup(element, popup);
-    if (message) *message = hlxstrdup(element.m_text.c_str());
+void ReadMessage(const hlxParseConf& tree, char** message, std::uint32_t* popup) {
+    const hlxConfElement* const element = Find(tree, "Message");
+    if (!element) return;
+    ReadPopup(*element, popup);
+    if (message) *message = hlxstrdup(element->m_text.c_str());
 }
 
-void ReadBrowser(hlxParseConf& tree, char** url, std::uint32_t* popup) {
-    hlxConfElement element;
-    if (!tree.FindElement("Browser", element)) return;
-    ReadPopup(element, popup);
-    hlxConfAttribute attribute;
-    if (url && element.FindAttribute("url", attribute)) *url = hlxstrdup(attribute.m_value.c_str());
+void ReadBrowser(const hlxParseConf& tree, char** url, std::uint32_t* popup) {
+    const hlxConfElement* const element = Find(tree, "Browser");
+    if (!element) return;
+    ReadPopup(*element, popup);
+    const std::string* const value = Find(*element, "url");
+    if (url && value) *url = hlxstrdup(value->c_str());
 }
 
 // Cuts the next token between hyphens off `rest`, without white space at its start; null if there
@@ -66,12 +80,9 @@ char* NextAddress(char*& rest) {
     return token;
 }
 
-void ReadRange(const std::string& text, std::uint32_t* pair) {
-    const std::unique_ptr<char, decltype(&std::free)> copy(
-        static_cast<char*>(std::malloc(text.size() + 1)), &std::free);
-    if (!copy) return;
-    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
-    char* rest = copy.get();
+// Cuts `text` up.
+void ReadRange(std::string& text, std::uint32_t* pair) {
+    char* rest = text.data();
     const char* const first = NextAddress(rest);
     const char* const last = NextAddress(rest);
     if (!first || !last) return;
@@ -81,37 +92,30 @@ void ReadRange(const std::string& text, std::uint32_t* pair) {
 
 // The ranges are the elements that follow each other directly from the first RestrictIP on.
 void ReadRanges(hlxParseConf& tree, std::uint32_t* count, std::uint32_t** addresses) {
-    const auto inRun = [](const hlxConfElement& element) {
-        return hlx_sameIgnoringCase(element.m_tag, kRestrictTag);
-    };
-    hlxConfElement element;
-    if (!tree.FindElement(kRestrictTag, element)) return;
-    std::uint32_t slots = 0;
-    do {
-        slots += 2;
-    } while (tree.GetNextElement(element) && inRun(element));
-
-    tree.FindElement(kRestrictTag, element);
+    const auto end = tree.m_elements.end();
+    const auto first = std::ranges::find(tree.m_elements, kRestrictTag, &hlxConfElement::m_tag);
+    if (first == end) return;
+    const auto last = std::ranges::find_if_not(first, end, [](const hlxConfElement& each) {
+        return hlx_sameIgnoringCase(each.m_tag, kRestrictTag);
+    });
+    const auto slots = static_cast<std::uint32_t>(2 * std::distance(first, last));
     if (count) *count = slots;
     if (!addresses) return;
     const auto size = static_cast<std::uint32_t>(slots * sizeof(std::uint32_t));
-    auto* const array = static_cast<std::uint32_t*>(hlxmalloc(size));
-    *addresses = array;
-    if (!array) return;
-    std::memset(array, 0, size);
-    for (std::uint32_t slot = 0; slot < slots; slot += 2) {
-        ReadRange(element.m_text, array + slot);
-        tree.GetNextElement(element);
-    }
+    auto* pair = static_cast<std::uint32_t*>(hlxmalloc(size));
+    *addresses = pair;
+    if (!pair) return;
+    std::memset(pair, 0, size);
+    for (auto each = first; each != last; ++each, pair += 2) ReadRange(each->m_text, pair);
 }
 
 // The exact text of the result element, found by searching for its tags.
-HlxResult ReadRawResult(const std::string& document, char** rawResult) {
+HlxResult ReadRawResult(std::string_view document, char** rawResult) {
     constexpr std::string_view kOpening = "<HLXHealthResult";
     constexpr std::string_view kClosing = "</HLXHealthResult>";
     const std::size_t start = document.find(kOpening);
     const std::size_t end = document.find(kClosing);
-    if (!rawResult || start == std::string::npos || end == std::string::npos || end < start)
+    if (!rawResult || start == document.npos || end == document.npos || end < start)
         return HLX_DONE;
     const std::size_t length = end + kClosing.size() - start;
     *rawResult = static_cast<char*>(hlxmalloc(static_cast<std::uint32_t>(length + 1)));
@@ -130,10 +134,8 @@ HlxResult hlx_parseHealthResult(const char* text, std::uint32_t* autoInstall,
                                 std::uint32_t* browserPopup, std::uint32_t* restrictCount,
                                 std::uint32_t** restrictAddresses) {
     try {
-        const std::string document(text);
         hlxParseConf tree;
-        if (!tree.Create("UTF-8", nullptr) || !tree.Parse(document.c_str(), -1, true))
-            return HLX_NOT_PARSED;
+        if (!tree.Create("UTF-8", nullptr) || !tree.Parse(text, -1, true)) return HLX_NOT_PARSED;
         ReadValue(tree, "AutoInstall", FlagOf, autoInstall);
         ReadValue(tree, "Enabled", FlagOf, enabled);
         ReadValue(tree, "HealthState", StateOf, healthState);
@@ -141,7 +143,7 @@ HlxResult hlx_parseHealthResult(const char* text, std::uint32_t* autoInstall,
         ReadMessage(tree, message, messagePopup);
         ReadBrowser(tree, browserUrl, browserPopup);
         ReadRanges(tree, restrictCount, restrictAddresses);
-        return ReadRawResult(document, rawResult);
+        return ReadRawResult(text, rawResult);
     } catch (...) {
         return HLX_EXCEPTION;
     }

@@ -1,4 +1,9 @@
-// The reader of a health notification: an XML document in UTF-8 becomes plain values.
+// The reader of the health document: an XML document in UTF-8 becomes plain values.
+//
+// A program that writes the document, healthnotif.txt, for the applet: the applet compares the
+// last-write time of the file, in whole seconds, with its clock reading five seconds earlier, and
+// skips a file that is open for writing. So write a new file, set its last-write time one second
+// ahead, and rename it into place. A document with the state that is shown already has no effect.
 #pragma once
 
 #include <cstdint>
@@ -13,11 +18,11 @@ enum HlxHealthState : std::uint32_t {
     HLX_HEALTH_HIGH = 3
 };
 
-// Parses the document `text`, NUL-terminated and never null, and hands out what it holds.
+// Parses the document `text`, NUL-terminated and never null, and returns its values.
 //
 // Any out-parameter may be null. What the document does not hold leaves its out-parameter alone, so
 // the caller sets all of them to zero before. Only the first element of each name counts, wherever
-// it stands; `RestrictIP` may repeat, each right behind the other.
+// it is; `RestrictIP` may repeat, each right behind the other.
 //
 //     autoInstall, enabled, displayHealthIcon    0 or 1
 //     healthState                                an HlxHealthState
@@ -30,12 +35,12 @@ enum HlxHealthState : std::uint32_t {
 //
 // The texts and the array are new guarded blocks, which belong to the caller from then on whatever
 // the result, and go back through hlxfree. Without memory for the message, the url or the addresses
-// a null is handed out.
+// null is returned.
 //
 // Codes: 0, also for a document that holds none of this; HLX_NO_MEMORY if there was none for the
-// raw result; HLX_NOT_PARSED with nothing handed out, also if the parser is not available;
-// HLX_EXCEPTION, with what was handed out until then. Throws nothing. Any thread may call as long
-// as no other one parses, since the parser's library is shared (CHlxExpatWrapper in ExpatImpl.h).
+// raw result; HLX_NOT_PARSED with nothing returned, also if the parser is not available;
+// HLX_EXCEPTION, with what was returned until then. Throws nothing. Any thread may call as long
+// as no other one unloads the parser's library, which all share (CHlxExpatWrapper in ExpatImpl.h).
 HlxResult hlx_parseHealthResult(const char* text, std::uint32_t* autoInstall,
                                 std::uint32_t* enabled, std::uint32_t* healthState,
                                 std::uint32_t* displayHealthIcon, char** rawResult, char** message,

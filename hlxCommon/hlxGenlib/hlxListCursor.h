@@ -1,34 +1,36 @@
-// The three lookups that elements and attributes share: a walk through a list with a cursor that
-// the caller can go on from. The list and the cursor belong to the caller.
+// The three lookups that elements and attributes share: a walk through a sequence with a cursor
+// that the caller can go on from. The sequence and the cursor belong to the caller.
 #pragma once
 
-#include <list>
+#include <cstddef>
+#include <cstdint>
 
-template <class Item>
-bool hlx_getFirst(const std::list<Item>& items, typename std::list<Item>::const_iterator& cursor,
-                  Item& target) {
-    cursor = items.begin();
-    if (cursor == items.end()) return false;
-    target = *cursor;
-    return true;
-}
+// A cursor is an index, so that it survives appends; this one is behind the last item.
+constexpr std::size_t HLX_CURSOR_AT_END = SIZE_MAX;
 
-template <class Item>
-bool hlx_getNext(const std::list<Item>& items, typename std::list<Item>::const_iterator& cursor,
-                 Item& target) {
-    if (cursor == items.end() || ++cursor == items.end()) return false;
-    target = *cursor;
-    return true;
-}
-
-// Always starts anew, and leaves the cursor on the first item that `matches`, or at the end.
-template <class Item, class Matches>
-bool hlx_find(const std::list<Item>& items, typename std::list<Item>::const_iterator& cursor,
-              Matches matches, Item& target) {
-    for (cursor = items.begin(); cursor != items.end(); ++cursor) {
-        if (!matches(*cursor)) continue;
-        target = *cursor;
+// Copies the first item that `matches`, from `start` on, and leaves the cursor on it; false with
+// the cursor at the end and the target untouched if there is none.
+template <class Items, class Matches>
+bool hlx_findFrom(const Items& items, std::size_t start, Matches matches, std::size_t& cursor,
+                  typename Items::value_type& target) {
+    for (cursor = start; cursor < items.size(); ++cursor) {
+        if (!matches(items[cursor])) continue;
+        target = items[cursor];
         return true;
     }
+    cursor = HLX_CURSOR_AT_END;
     return false;
+}
+
+template <class Items>
+bool hlx_getFirst(const Items& items, std::size_t& cursor, typename Items::value_type& target) {
+    return hlx_findFrom(
+        items, 0, [](const auto&) { return true; }, cursor, target);
+}
+
+template <class Items>
+bool hlx_getNext(const Items& items, std::size_t& cursor, typename Items::value_type& target) {
+    if (cursor == HLX_CURSOR_AT_END) return false;
+    return hlx_findFrom(
+        items, cursor + 1, [](const auto&) { return true; }, cursor, target);
 }

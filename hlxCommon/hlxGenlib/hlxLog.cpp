@@ -3,19 +3,20 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <span>
+#include <string_view>
 
 #include "hlxLogSinks.h"
+
+std::atomic<HlxLogContext*> g_hlxLogDefault;
 
 namespace {
 
 constexpr std::int32_t kFewestSlots = 3;
-
-std::atomic<HlxLogContext*> g_default;
 
 std::span<HlxLogSlot> Slots(const HlxLogContext& context) {
     return {context.slots, context.slots ? static_cast<std::size_t>(context.slot_count) : 0};
@@ -38,16 +39,30 @@ void WipeAndFree(void* block, std::size_t size) {
 // A line under construction: what does not fit is cut.
 class Line {
 public:
+    Line() { m_text[0] = 0; }
+
     const char* Text() const { return m_text; }
 
-    __attribute__((format(printf, 2, 3))) void Append(const char* format, ...) {
-        va_list arguments;
-        va_start(arguments, format);
-        AppendV(format, arguments);
-        va_end(arguments);
+    void Append(std::string_view text) {
+        m_length += text.copy(m_text + m_length, HLX_LONGEST_LOG_LINE - m_length);
+        m_text[m_length] = 0;
     }
 
-    __attribute__((format(printf, 2, 0))) void AppendV(const char* format, va_list arguments) {
+    // Filled up at the left to at least `width` characters, 10 at most.
+    void AppendNumber(std::uint32_t number, int width, char fill) {
+        char digits[10];
+        char* const end = std::end(digits);
+        char* first = end;
+        do {
+            *--first = static_cast<char>('0' + number % 10);
+            number /= 10;
+        } while (number);
+        while (end - first < width) *--first = fill;
+        Append({first, end});
+    }
+
+    __attribute__((format(printf, 2, 0))) void AppendFormatted(const char* format,
+                                                               va_list arguments) {
         const std::size_t room = sizeof m_text - m_length;
         const int wanted = std::vsnprintf(m_text + m_length, room, format, arguments);
         if (wanted > 0) m_length += std::min(static_cast<std::size_t>(wanted), room - 1);
@@ -55,25 +70,46 @@ public:
     }
 
 private:
-    char m_text[kHlxLongestLogLine + 1] = "";
+    char m_text[HLX_LONGEST_LOG_LINE + 1];
     std::size_t m_length = 0;
 };
 
-void AppendPrefix(Line& line, const HlxLogContext& context, unsigned long number) {
+// A part of a date or a time behind `separator`.
+void AppendPart(Line& line, std::string_view separator, WORD number) {
+    line.Append(separator);
+    line.AppendNumber(number, 2, '0');
+}
+
+void AppendPrefix(Line& line, const HlxLogContext& context, std::uint32_t number) {
     const std::uint32_t flags = context.flags;
     if (flags & HLX_LOG_PROGNAME) {
-        line.Append("%s", context.progname ? context.progname : "progname_not_set");
+        line.Append(context.progname ? context.progname : "progname_not_set");
         if (!(flags & HLX_LOG_PID)) line.Append(" ");
     }
-    if (flags & HLX_LOG_PID) line.Append("[%lu] ", static_cast<unsigned long>(context.pid));
-    if (flags & HLX_LOG_LINE_NUMBER) line.Append("%6lu ", number);
+    if (flags & HLX_LOG_PID) {
+        line.Append("[");
+        line.AppendNumber(context.pid, 0, ' ');
+        line.Append("] ");
+    }
+    if (flags & HLX_LOG_LINE_NUMBER) {
+        line.AppendNumber(number, 6, ' ');
+        line.Append(" ");
+    }
     if (flags & (HLX_LOG_DATE | HLX_LOG_TIME)) {
         SYSTEMTIME now;
         GetLocalTime(&now);
-        if (flags & HLX_LOG_DATE)
-            line.Append("%4.4d-%2.2d-%2.2d ", now.wYear, now.wMonth, now.wDay);
-        if (flags & HLX_LOG_TIME)
-            line.Append("%2.2d:%2.2d:%2.2d ", now.wHour, now.wMinute, now.wSecond);
+        if (flags & HLX_LOG_DATE) {
+            line.AppendNumber(now.wYear, 4, '0');
+            AppendPart(line, "-", now.wMonth);
+            AppendPart(line, "-", now.wDay);
+            line.Append(" ");
+        }
+        if (flags & HLX_LOG_TIME) {
+            AppendPart(line, "", now.wHour);
+            AppendPart(line, ":", now.wMinute);
+            AppendPart(line, ":", now.wSecond);
+            line.Append(" ");
+        }
     }
 }
 
@@ -142,11 +178,11 @@ std::int32_t hlx_logGetLevel(const HlxLogContext* context) { return context ? co
 std::uint32_t hlx_logGetMask(const HlxLogContext* context) { return context ? context->mask : 0; }
 
 std::int32_t hlx_logClampLevel(std::int32_t level) {
-    return level < 0 ? kHlxMaximumLogLevel : std::min(level, kHlxMaximumLogLevel);
+    return level < 0 ? HLX_MAXIMUM_LOG_LEVEL : std::min(level, HLX_MAXIMUM_LOG_LEVEL);
 }
 
-void hlx_log(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
-             ...) {
+void(hlx_log)(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
+              ...) {
     va_list arguments;
     va_start(arguments, format);
     hlx_logV(context, level, mask, format, arguments);
@@ -155,17 +191,15 @@ void hlx_log(HlxLogContext* context, std::int32_t level, std::uint32_t mask, con
 
 void hlx_logV(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
               va_list arguments) {
-    if (!context || !(context->mask & mask) || level > context->level) return;
+    if (!hlx_logPasses(context, level, mask)) return;
     Line line;
     AppendPrefix(line, *context,
                  std::atomic_ref(context->line_count).fetch_add(1, std::memory_order_relaxed));
-    line.AppendV(format, arguments);
+    line.AppendFormatted(format, arguments);
     for (const HlxLogSlot& slot : Slots(*context))
         if (hlx_logIsUsed(slot)) slot.ops->write(slot.sink, level, line.Text());
 }
 
-HlxLogContext* hlx_logGetDefault() { return g_default.load(std::memory_order_acquire); }
-
 void hlx_logSetDefault(HlxLogContext* context) {
-    g_default.store(context, std::memory_order_release);
+    g_hlxLogDefault.store(context, std::memory_order_release);
 }

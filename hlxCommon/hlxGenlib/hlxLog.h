@@ -23,6 +23,7 @@
 // start, rotates and destroys while no other thread writes.
 #pragma once
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdint>
 #include <string>
@@ -59,8 +60,8 @@ enum HlxLogSinkType : std::int32_t {
     HLX_SINK_FILE = 2        // char*: the file's path
 };
 
-constexpr std::int32_t kHlxMaximumLogLevel = 7;
-constexpr std::int32_t kHlxLongestLogLine = 511;  // bytes, without the terminating zero
+constexpr std::int32_t HLX_MAXIMUM_LOG_LEVEL = 7;
+constexpr std::int32_t HLX_LONGEST_LOG_LINE = 511;  // bytes, without the terminating zero
 
 struct HlxLogSlot {
     std::int32_t type;  // HlxLogSinkType
@@ -96,8 +97,8 @@ void hlx_logDestroy(HlxLogContext* context);
 HlxResult hlx_logAddSink(HlxLogContext* context, std::int32_t type, const void* argument);
 
 // Rotates the file sinks of a running log whose file has grown beyond 200 MiB; `path` is the path
-// they were opened with. A file that cannot be opened afresh leaves the log. Gives 1 if a file was
-// rotated, else 0. The library never calls it by itself.
+// they were opened with. A file that cannot be opened afresh leaves the log. Returns 1 if a file
+// was rotated, else 0. The library never calls it by itself.
 std::int32_t hlx_logRotate(HlxLogContext* context, const char* path);
 
 // To be called before other threads log. A null context is ignored, and has level and mask 0.
@@ -106,7 +107,7 @@ void hlx_logSetMask(HlxLogContext* context, std::uint32_t mask);
 std::int32_t hlx_logGetLevel(const HlxLogContext* context);
 std::uint32_t hlx_logGetMask(const HlxLogContext* context);
 
-// Gives the level, or kHlxMaximumLogLevel if it is above that or negative.
+// Returns the level, or HLX_MAXIMUM_LOG_LEVEL if it is above that or negative.
 std::int32_t hlx_logClampLevel(std::int32_t level);
 
 // Reads the host's settings from the environment variables `prefix` + "_TRACE_PATH",
@@ -116,15 +117,30 @@ std::int32_t hlx_logClampLevel(std::int32_t level);
 void hlx_logReadEnv(const char* prefix, std::int32_t* level, std::uint32_t* mask,
                     std::string& path);
 
-// Writes a line, formatted as by printf, to every sink of the context if `level` is not above the
-// context's and `mask` meets the context's; otherwise nothing is done at all. The line is cut at
-// kHlxLongestLogLine bytes, its prefix included.
+// Whether the context writes statements of this level and mask: there is a context, `level` is not
+// above its level, and `mask` meets its mask.
+inline bool hlx_logPasses(const HlxLogContext* context, std::int32_t level, std::uint32_t mask) {
+    if (context && level <= context->level && (context->mask & mask) != 0) [[unlikely]]
+        return true;
+    return false;
+}
+
+// Writes a line, formatted as by printf, to every sink of the context if hlx_logPasses; otherwise
+// nothing is done at all. The line is cut at HLX_LONGEST_LOG_LINE bytes, its prefix included.
 void hlx_log(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
              ...) __attribute__((format(printf, 4, 5)));
 void hlx_logV(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
               va_list arguments) __attribute__((format(printf, 4, 0)));
 
+// The test is part of the statement: one that does not pass makes no call and does not evaluate
+// its arguments.
+#define hlx_log(context, level, mask, ...) \
+    (hlx_logPasses(context, level, mask) ? hlx_log(context, level, mask, __VA_ARGS__) : void())
+
 // The context of the common code's statements, null at the start of the process. Setting another
 // does not touch the former one, which stays its maker's.
-HlxLogContext* hlx_logGetDefault();
+extern std::atomic<HlxLogContext*> g_hlxLogDefault;  // through the two functions only
+inline HlxLogContext* hlx_logGetDefault() {
+    return g_hlxLogDefault.load(std::memory_order_acquire);
+}
 void hlx_logSetDefault(HlxLogContext* context);

@@ -14,8 +14,8 @@ const char* Variable(const std::string& prefix, const char* name) {
     return text && *text ? text : nullptr;
 }
 
-// As strtoul reads a number into 32 bits, on every platform: a sign wraps it, and UINT32_MAX stands
-// for what is larger.
+// As strtoul reads a number into 32 bits, on every platform: a sign wraps it, and UINT32_MAX is
+// used for what is larger.
 std::uint32_t Number(const char* text) {
     constexpr long long kLargest = UINT32_MAX;
     const long long number = std::strtoll(text, nullptr, 0);

@@ -2,17 +2,21 @@
 
 #include <sys/types.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <span>
+#include <string_view>
 
 #include "hlxLogSinks.h"
 
 namespace {
 
-constexpr off_t kRotationSize = 209'715'200;  // bytes: 200 MiB
+// 200 MiB. A file of exactly this size rotates when it is opened, but not while it is open: part of
+// the interface, do not correct.
+constexpr off_t kRotationSize = 209'715'200;
 constexpr const char* kAppend = "a+";
 constexpr const char* kTruncate = "w+";
 
@@ -31,8 +35,8 @@ Rotation Rotate(HlxLogSink& sink, const char* path, const char* mode) {
         static_cast<char*>(std::malloc(length + sizeof kSuffix)), &std::free);
     std::FILE* const file = StreamOf(&sink);
     if (!older) return Rotation::kSkipped;
-    std::memcpy(older.get(), path, length);
-    std::memcpy(older.get() + length, kSuffix, sizeof kSuffix);
+    std::copy_n(path, length, older.get());
+    std::copy_n(kSuffix, sizeof kSuffix, older.get() + length);
 
     sink.handle = nullptr;
     if (std::fclose(file) != 0) return Rotation::kSkipped;
@@ -71,7 +75,11 @@ HlxResult hlx_logCloseStream(HlxLogSink* sink) {
 HlxResult hlx_logWriteStream(HlxLogSink* sink, std::int32_t, const char* line) {
     if (!sink) return HLX_NULL_SINK;
     if (!sink->handle) return HLX_REFUSED;
-    std::fprintf(StreamOf(sink), "%s\n", line);
+    // In one call, so that no other thread writes in between.
+    char text[HLX_LONGEST_LOG_LINE + 1];
+    const std::size_t length = std::string_view(line).copy(text, HLX_LONGEST_LOG_LINE);
+    text[length] = '\n';
+    std::fwrite(text, 1, length + 1, StreamOf(sink));
     std::fflush(StreamOf(sink));
     return HLX_DONE;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "hlxLog.h"
 
@@ -42,6 +43,9 @@ bool CountRelease() {
 }
 
 }  // namespace
+
+// The texts of the log lines in this file, "Exptected" and the cut pointer of "hlxfree(0x%x)", are
+// part of the interface, do not correct.
 
 void* hlxmalloc(std::uint32_t size) {
     hlx_log(hlx_logGetDefault(), 4, HLX_AREA_ALLOCATION_TRACE, "hlxmalloc(%d) enter",
@@ -99,14 +103,12 @@ void hlxfree(void* pointer) {
                 Address(user), Address(base), kPostZone, static_cast<unsigned long>(found));
         return;
     }
-    const unsigned long userAddress = Address(user);
-    const unsigned long baseAddress = Address(base);
-    std::free(base);
-    ++g_mf_total_free;
     if (!CountRelease())
         hlx_log(hlx_logGetDefault(), 1, HLX_AREA_INTEGRITY,
-                "hlxfree called more times than malloc. ptr: 0x%lx  free_p: 0x%lx", userAddress,
-                baseAddress);
+                "hlxfree called more times than malloc. ptr: 0x%lx  free_p: 0x%lx", Address(user),
+                Address(base));
+    std::free(base);
+    ++g_mf_total_free;
     hlx_log(hlx_logGetDefault(), 4, HLX_AREA_ALLOCATION_TRACE, "hlxfree() exit");
 }
 
@@ -120,12 +122,12 @@ char* hlxstrdup(const char* text) {
 void hlxmalloc_report() {
     const std::uint32_t area = HLX_AREA_ALLOCATION;
     const long outstanding = g_mf_sem;
-    const unsigned long allocated = g_mf_total_malloc;
-    const unsigned long released = g_mf_total_free;
-    const unsigned long failed = g_mf_failed_malloc;
-    const unsigned long zeroRequests = g_mf_zero_malloc;
-    const unsigned long zeroReleases = g_mf_zero_free;
-    const long difference = static_cast<std::int32_t>(allocated - released);
+    const std::pair<const char*, std::uint32_t> counters[] = {
+        {"g_mf_total_malloc", g_mf_total_malloc},   {"g_mf_total_free", g_mf_total_free},
+        {"g_mf_failed_malloc", g_mf_failed_malloc}, {"g_mf_zero_malloc", g_mf_zero_malloc},
+        {"g_mf_zero_free", g_mf_zero_free},
+    };
+    const long difference = static_cast<std::int32_t>(counters[0].second - counters[1].second);
 
     hlx_log(hlx_logGetDefault(), 3, area, "hlxmalloc_report: ");
     if (outstanding != difference)
@@ -133,9 +135,7 @@ void hlxmalloc_report() {
                 "    Error in counting.  diff between allocs and frees is %ld and sem is %ld",
                 difference, outstanding);
     hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_sem           = %4ld", outstanding);
-    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_total_malloc  = %4lu", allocated);
-    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_total_free    = %4lu", released);
-    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_failed_malloc = %4lu", failed);
-    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_zero_malloc   = %4lu", zeroRequests);
-    hlx_log(hlx_logGetDefault(), 3, area, "    g_mf_zero_free     = %4lu", zeroReleases);
+    for (const auto& [name, count] : counters)
+        hlx_log(hlx_logGetDefault(), 3, area, "    %-18s = %4lu", name,
+                static_cast<unsigned long>(count));
 }

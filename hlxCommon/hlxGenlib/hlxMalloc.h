@@ -1,7 +1,7 @@
 // Guarded allocation: blocks between two guard zones, counted, and refused at their release when a
 // zone is damaged.
 //
-// What the library hands out to a caller as "a guarded block" comes from here and goes back here.
+// What the library returns to a caller as "a guarded block" comes from here and goes back here.
 // Any thread may call; the messages go to the default log context (hlxLog.h).
 #pragma once
 
@@ -16,15 +16,15 @@ extern std::atomic<std::uint32_t> g_mf_failed_malloc;  // allocations refused fo
 extern std::atomic<std::uint32_t> g_mf_zero_malloc;    // requests for 0 bytes
 extern std::atomic<std::uint32_t> g_mf_zero_free;      // releases of a null pointer
 
-// Gives a block of `size` bytes, rounded up to a multiple of 4 and not cleared; null for 0 bytes or
-// if there is no memory. It is aligned for numbers of 64 bits and pointers, not for more.
+// Returns a block of `size` bytes, rounded up to a multiple of 4 and not cleared; null for 0 bytes
+// or if there is no memory. It is aligned for numbers of 64 bits and pointers, not for more.
 void* hlxmalloc(std::uint32_t size);
 
 // Releases a block of hlxmalloc or hlxstrdup. A null pointer is counted and ignored. A block with a
 // damaged zone is reported to the log and stays allocated.
 void hlxfree(void* pointer);
 
-// Gives a guarded copy of a NUL-terminated text, never null itself; null if there is no memory.
+// Returns a guarded copy of a NUL-terminated text, never null itself; null if there is no memory.
 char* hlxstrdup(const char* text);
 
 // Writes the counters to the log: level 3, HLX_AREA_ALLOCATION.

@@ -1,13 +1,16 @@
 #include "hlxParseConf.h"
 
+#include <algorithm>
 #include <cctype>
+#include <utility>
 
-#include "hlxListCursor.h"
 #include "hlxLog.h"
 #include "hlxText.h"
 
-hlxParseConf::hlxParseConf(const char* source)
-    : m_source(source ? source : ""), m_cursor(m_elements.end()) {}
+hlxParseConf::hlxParseConf(const char* source) : m_source(source ? source : "") {
+    constexpr std::size_t kUsualCount = 16;
+    m_elements.reserve(kUsualCount);
+}
 
 bool hlxParseConf::GetFirstElement(hlxConfElement& element) {
     return hlx_getFirst(m_elements, m_cursor, element);
@@ -19,7 +22,7 @@ bool hlxParseConf::GetNextElement(hlxConfElement& element) {
 
 bool hlxParseConf::FindElement(const char* tag, hlxConfElement& element) {
     const auto isTagged = [tag](const hlxConfElement& each) { return each.m_tag == tag; };
-    return hlx_find(m_elements, m_cursor, isTagged, element);
+    return hlx_findFrom(m_elements, 0, isTagged, m_cursor, element);
 }
 
 void hlxParseConf::OnStartElement(const char* tag, const char** attributes) {
@@ -33,15 +36,14 @@ void hlxParseConf::OnStartElement(const char* tag, const char** attributes) {
     }
     if (m_depth == 1) TakeRoot(tag, attributes);
 
-    std::list<hlxConfElement> one;
-    hlxConfElement& element = one.emplace_back(tag, nullptr);
+    hlxConfElement element(tag, nullptr);
     element.m_depth = m_depth;
     for (; *attributes; attributes += 2) {
-        element.AddAttribute(hlxConfAttribute(attributes[0], attributes[1]));
+        element.m_attributes.emplace_back(attributes[0], attributes[1]);
         hlx_log(hlx_logGetDefault(), 6, HLX_AREA_XML,
                 "hlxParseConf::OnStartElement     attr %s = %s", attributes[0], attributes[1]);
     }
-    m_elements.splice(m_elements.end(), one);
+    m_elements.push_back(std::move(element));
 }
 
 void hlxParseConf::TakeRoot(const char* tag, const char** attributes) {
@@ -56,13 +58,14 @@ void hlxParseConf::TakeRoot(const char* tag, const char** attributes) {
 void hlxParseConf::OnEndElement() { --m_depth; }
 
 void hlxParseConf::OnCharacterData(const char* data, int length) {
-    int blanks = 0;
-    while (blanks < length && std::isspace(static_cast<unsigned char>(data[blanks]))) ++blanks;
-    if (blanks == length) return;
+    const char* const end = data + length;
+    const char* const text = std::ranges::find_if_not(
+        data, end, [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
+    if (text == end) return;
+    // "Characcter": part of the interface, do not correct.
     hlx_log(hlx_logGetDefault(), 6, HLX_AREA_XML,
             "hlxParseConf::OnCharaccterData depth: %d data:%*.*s", m_depth, length, length, data);
-    if (m_elements.empty()) return;
-    for (int i = blanks; i < length; ++i) m_elements.back().AppendText(data[i]);
+    if (!m_elements.empty()) m_elements.back().m_text.append(text, end);
 }
 
 void hlxParseConf::OnComment(const char* text) {

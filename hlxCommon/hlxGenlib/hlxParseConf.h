@@ -12,6 +12,8 @@
 // An object is used by one thread. Memory running out is thrown as std::bad_alloc.
 #pragma once
 
+#include <vector>
+
 #include "ExpatImpl.h"
 #include "hlxConfElement.h"
 
@@ -21,8 +23,8 @@ public:
     explicit hlxParseConf(const char* source = nullptr);
     ~hlxParseConf() override = default;
 
-    // The lookups copy into `element` and give true, or leave it alone and give false. They share
-    // the cursor: Next goes on from what any of them found last. Tags compare with case.
+    // The lookups copy into `element` and return true, or leave it alone and return false. They
+    // share the cursor: Next goes on from what any of them found last. Tags compare with case.
     bool GetFirstElement(hlxConfElement& element);
     bool GetNextElement(hlxConfElement& element);
     bool FindElement(const char* tag, hlxConfElement& element);
@@ -37,8 +39,8 @@ public:
     std::string m_version = "0.0";  // of the root element's attribute, if it has one
     std::string m_rootTag;
     std::int32_t m_depth = 0;
-    std::list<hlxConfElement> m_elements;
-    std::list<hlxConfElement>::const_iterator m_cursor;
+    std::vector<hlxConfElement> m_elements;
+    std::size_t m_cursor = HLX_CURSOR_AT_END;
 
 private:
     void TakeRoot(const char* tag, const char** attributes);

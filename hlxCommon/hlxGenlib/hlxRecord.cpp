@@ -25,9 +25,11 @@ Block<T> Allocate(std::size_t size) {
 // Bytes that a blob takes when another one follows it.
 std::uint64_t Stride(std::uint32_t length) { return length ? std::uint64_t{length} + 1 : 0; }
 
-// The position behind the blob that was written at `to`.
+// The position behind the blob that was written at `to` and the zero byte behind it.
 std::uint8_t* StoreBlob(std::uint8_t* to, const std::uint8_t* blob, std::uint32_t length) {
-    if (length) std::memcpy(to, blob, length);
+    if (!length) return to;
+    std::memcpy(to, blob, length);
+    to[length] = 0;
     return to + Stride(length);
 }
 
@@ -45,7 +47,7 @@ Block<std::uint32_t> CopyInts(const std::uint8_t* from, std::uint32_t count) {
     if (!count) return {nullptr, &std::free};
     Block<std::uint32_t> copy = Allocate<std::uint32_t>(std::size_t{count} * kIntSize);
     for (std::uint32_t i = 0; copy && i < count; ++i)
-        copy.get()[i] = hlx_loadBig32(from + i * kIntSize);
+        copy.get()[i] = hlx_loadBig32(from + std::size_t{i} * kIntSize);
     return copy;
 }
 
@@ -66,9 +68,8 @@ std::uint8_t* hlx_encodeRecord(std::int32_t type, std::uint32_t value1, std::uin
     const std::uint64_t total =
         type == 0 ? kBareSize
                   : kOverhead + std::uint64_t{count} * kIntSize + lengthA + lengthB + lengthC;
-    if (total > kHlxLongestRecord) return nullptr;
-    auto* const record =
-        static_cast<std::uint8_t*>(std::calloc(1, static_cast<std::size_t>(total)));
+    if (total > HLX_LONGEST_RECORD) return nullptr;
+    auto* const record = static_cast<std::uint8_t*>(std::malloc(static_cast<std::size_t>(total)));
     if (!record) return nullptr;
     *size = static_cast<std::uint32_t>(total);
     *error = HLX_DONE;
@@ -84,7 +85,8 @@ std::uint8_t* hlx_encodeRecord(std::int32_t type, std::uint32_t value1, std::uin
     for (std::uint32_t i = 0; i < count; ++i, to += kIntSize) hlx_storeBig32(to, ints[i]);
     to = StoreBlob(to, blobA, lengthA);
     to = StoreBlob(to, blobB, lengthB);
-    StoreBlob(to, blobC, lengthC);
+    to = StoreBlob(to, blobC, lengthC);
+    std::memset(to, 0, static_cast<std::size_t>(record + total - to));
     return record;
 }
 

@@ -15,7 +15,8 @@
 //         32         the integers, 4 bytes each; blob A and blob B, each with a zero byte behind it
 //                    if it is not empty; blob C; zero bytes up to the total size
 //
-// The total size is 39 bytes and those of the integers and blobs. A record of type 0 is its first
+// The total size is 39 bytes and those of the integers and blobs: 7 more than the fields have, part
+// of the interface, do not correct. A record of type 0 is its first
 // four bytes alone, with a total size of 4. Both functions may run on any thread.
 #pragma once
 
@@ -23,12 +24,12 @@
 
 #include "hlxResult.h"
 
-constexpr std::uint32_t kHlxLongestRecord = 65535;  // bytes, the most that the size field can tell
+constexpr std::uint32_t HLX_LONGEST_RECORD = 65535;  // bytes, the most that the size field can tell
 
-// Gives the record in a new block of `*size` bytes, to be released with free, and stores 0 in
-// `*error`, which is never null. Gives null and stores 1 if the type is not 0 to 255, a blob or the
-// integers have a length but no pointer, `size` is null, the record would be longer than
-// kHlxLongestRecord or there is no memory. Lengths are in bytes.
+// Returns the record in a new block of `*size` bytes, to be released with free, and stores 0 in
+// `*error`, which is never null. Returns null and stores 1 if the type is not 0 to 255, a blob or
+// the integers have a length but no pointer, `size` is null, the record would be longer than
+// HLX_LONGEST_RECORD or there is no memory. Lengths are in bytes.
 std::uint8_t* hlx_encodeRecord(std::int32_t type, std::uint32_t value1, std::uint32_t lengthA,
                                const std::uint8_t* blobA, std::uint32_t lengthB,
                                const std::uint8_t* blobB, std::uint32_t value2,
@@ -37,17 +38,18 @@ std::uint8_t* hlx_encodeRecord(std::int32_t type, std::uint32_t value1, std::uin
                                const std::uint32_t* ints, std::uint32_t* size,
                                std::uint32_t* error);
 
-// Reads a record of `size` bytes from anywhere. The blobs are handed out as copies with a zero byte
+// Reads a record of `size` bytes from anywhere. The lengths of the blobs are not returned; they
+// are in the header. The blobs are returned as copies with a zero byte
 // added and the integers in the machine's order, each in a block of its own to be released with
 // free; null for an empty one. The out-parameters of the blobs and the integers must be given. A
 // record of type 0 leaves the numbers alone.
 //
-// Gives 0, or HLX_REFUSED with no block handed out:
+// Returns 0, or HLX_REFUSED with no block returned:
 //   - if another out-parameter is null; nothing is written;
 //   - if the header does not fit the size or the version; the type is 0, nothing else is written;
-//   - if the record is too short for its numbers; the type is handed out, the blocks are null;
+//   - if the record is too short for its numbers; the type is returned, the blocks are null;
 //   - if the integers and blobs do not lie within the size or there is no memory; type and numbers
-//     are handed out, the blocks are null.
+//     are returned, the blocks are null.
 HlxResult hlx_decodeRecord(const std::uint8_t* record, std::uint32_t size, std::uint32_t* type,
                            std::uint32_t* value1, char** blobA, char** blobB, std::uint32_t* value2,
                            char** blobC, std::uint32_t* value3, std::int32_t* intCount,

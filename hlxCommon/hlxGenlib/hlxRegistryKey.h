@@ -8,7 +8,7 @@
 class CHlxRegistryKey {
 public:
     CHlxRegistryKey(HKEY root, LPCSTR path);
-    ~CHlxRegistryKey();
+    virtual ~CHlxRegistryKey();
     CHlxRegistryKey(const CHlxRegistryKey&) = delete;
     CHlxRegistryKey& operator=(const CHlxRegistryKey&) = delete;
 

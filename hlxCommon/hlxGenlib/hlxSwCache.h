@@ -1,5 +1,9 @@
 // The software-update cache file: one line of text with the update on offer, four fields between
 // colons. The first three may hold neither a colon nor a line end, the fourth no line end.
+//
+// After writing the file, set its last-write time one second ahead of the clock: the applet
+// compares it, in whole seconds, with a clock reading five seconds earlier. It announces the offer
+// if the version is higher than its own, four numbers with dots or hyphens.
 #pragma once
 
 #include <cstdint>
@@ -10,14 +14,14 @@
 // included. A file that ends early leaves the fields behind its end empty. A field too long for its
 // buffer is cut: the byte that no longer fits is lost, and the rest begins the next field. Codes:
 // 0; HLX_REFUSED if a buffer is null or a size 0; HLX_NO_FILE.
-HlxResult hlx_getSwCache(const char* path, char* name, std::uint32_t nameSize, char* version,
-                         std::uint32_t versionSize, char* third, std::uint32_t thirdSize,
-                         char* fourth, std::uint32_t fourthSize);
+std::uint32_t hlx_getSwCache(const char* path, char* name, std::uint32_t nameSize, char* version,
+                             std::uint32_t versionSize, char* third, std::uint32_t thirdSize,
+                             char* fourth, std::uint32_t fourthSize);
 
 // Writes the file, in place of an older one; readable by all, writable by its owner. Whether the
 // text reached the disk is not told. Codes: 0, HLX_NO_FILE.
-HlxResult hlx_setSwCache(const char* path, const char* name, const char* version, const char* third,
-                         const char* fourth);
+std::uint32_t hlx_setSwCache(const char* path, const char* name, const char* version,
+                             const char* third, const char* fourth);
 
 // Deletes the file. Codes: 0, HLX_NO_FILE.
-HlxResult hlx_removeSwCache(const char* path);
+std::uint32_t hlx_removeSwCache(const char* path);
