@@ -10,17 +10,18 @@
 #define IDC_INTRO 1001
 #define IDC_LIST_LABEL 65535
 
-// Menu, and the commands it sends
+// Menu and commands. No menu item has ID_EXIT; other programs send it. The numbers are part of the
+// interface, do not correct.
 #define IDR_TRAYMENU 128
 #define ID_DISPLAY_HEALTH 32778
 #define ID_ABOUT 32779
 #define ID_EXIT 32780
 #define ID_REASSESS 32781
 
-// Icons: the first of four, one for each health state
+// The first of four icons, one for each health state
 #define IDI_HEALTH 128
 
-// Strings: tooltip and balloon text come in fours, one for each health state
+// Strings. IDS_HEALTH_TIP and IDS_HEALTH_BALLOON are the first of four, one for each health state.
 #define IDS_HEALTH_TIP 128
 #define IDS_HEALTH_BALLOON 144
 #define IDS_HEALTH_TITLE 148

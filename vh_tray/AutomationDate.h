@@ -5,6 +5,6 @@
 
 #include <optional>
 
-// A UTC time as a UTC date; nothing if it cannot be converted.
+// Converts a UTC time to a UTC date; nothing if the time is invalid.
 std::optional<double> ToAutomationDate(const SYSTEMTIME& time);
 std::optional<double> ToAutomationDate(const FILETIME& time);

@@ -1,6 +1,6 @@
-// Where the agent's Control Panel applet lies.
+// The path of the agent's Control Panel applet.
 #pragma once
 
-// The path of the applet library, empty if it is not registered. A path once found is kept for the
-// life of the process; the caller does not release it.
+// Returns the path of the library, empty if it is not registered. A path that was found is kept for
+// the life of the process; the caller does not release it.
 const char* GetCplPath();

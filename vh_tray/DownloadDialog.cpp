@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int kTimeColumn = 1;
-
 FILETIME LastWriteTime(HKEY key) {
     FILETIME time{};
     // Without a last-write time the batch is measured from now.
@@ -32,5 +30,6 @@ void CDownloadDialog::FillList() {
         record.FillInTime();
         if (m_listResults.AddRow(rows, {walk.Name()}, record)) ++rows;
     }
-    m_listResults.SetSortColumn(kTimeColumn, true);
+    m_listResults.m_bSortDescending = true;
+    m_listResults.SetSortColumn(m_listResults.kColumns.timeColumn);
 }

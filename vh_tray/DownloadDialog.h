@@ -1,14 +1,14 @@
-// The files of the latest batch that could not be downloaded, and the offer to try again.
+// The dialog of failed downloads: the failures of the latest batch; Yes requests another download.
 #pragma once
 
-#include "ResultListView.h"
+#include "ResultsListView.h"
 #include "UpdateDialogImpl.h"
 
 class CDownloadDialog : public CUpdateDialogImpl<CDownloadDialog> {
     friend class CUpdateDialogImpl<CDownloadDialog>;
 
     static constexpr UpdateDialogTexts kTexts{IDS_FAILED_CAPTION, IDS_FAILED_INTRO,
-                                              IDS_FAILED_LABEL};
+                                              IDS_FAILED_LABEL, IDS_FAILED_COLUMNS};
 
     auto& List() { return m_listResults; }
     void FillList();

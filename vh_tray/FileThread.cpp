@@ -13,7 +13,7 @@ namespace {
 
 constexpr DWORD kPollMs = 5000;
 
-// Whole seconds are compared: an automation date has no finer ones.
+// Compares whole seconds: an automation date has no fractions of a second.
 bool HasChanged(HANDLE file, const SYSTEMTIME& since) {
     FILETIME lastWrite;
     if (!GetFileTime(file, nullptr, nullptr, &lastWrite)) return true;
@@ -51,7 +51,7 @@ bool CFileThread::StartThread(ThreadProcedure procedure, LPCSTR path, HWND notif
     m_pszPath = _strdup(path);
     m_bFirstPass = firstPass ? 1 : 0;
     m_hStopEvent = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    // A thread that could not be stopped, or that has nothing to watch, is not started.
+    // Without a stop event or a path no thread is started.
     if (!m_pszPath || !m_hStopEvent) return false;
     m_hThread =
         reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, procedure, this, 0, &m_dwThreadId));
@@ -62,6 +62,12 @@ bool CFileThread::Stop(DWORD limit) {
     if (!m_hThread) return true;
     SetEvent(m_hStopEvent);
     return WaitForSingleObject(m_hThread, limit) == WAIT_OBJECT_0;
+}
+
+bool CFileThread::IsStopping(DWORD limit) const {
+    const DWORD outcome = WaitForSingleObject(m_hStopEvent, limit);
+    if (outcome == WAIT_FAILED) Sleep(kRetryMs);
+    return outcome == WAIT_OBJECT_0;
 }
 
 unsigned __stdcall CFileThread::ThreadProc(void* self) {
@@ -76,13 +82,12 @@ unsigned __stdcall CFileThread::ThreadProc(void* self) {
 bool CFileThread::RunPass() {
     SYSTEMTIME now;
     GetSystemTime(&now);
-    if (!m_bFirstPass) WaitForSingleObject(m_hStopEvent, m_dwPollMs);
-    if (IsStopping()) return false;
+    if (IsStopping(m_bFirstPass ? 0 : m_dwPollMs)) return false;
 
-    // A writer that holds the file makes this fail: half a file is no result.
+    // Fails while a writer has the file open, so that no partial file is read.
     const HANDLE file = CreateFileA(m_pszPath, GENERIC_READ, FILE_SHARE_READ, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    // The order counts: the flag is used up even if there is no file.
+    // The flag is cleared even if there is no file.
     const bool forced = m_bFirstPass.exchange(0) != 0;
     if (file == INVALID_HANDLE_VALUE) return true;
     if (forced || HasChanged(file, now)) PostContents(file);
@@ -98,7 +103,7 @@ void CFileThread::PostContents(HANDLE file) {
     contents[size] = '\0';
     DWORD read = 0;
     if (!ReadFile(file, contents.get(), size, &read, nullptr) || read < size) return;
-    // The receiver owns the buffer as soon as the message is in its queue.
+    // The receiver owns the buffer once the message is in its queue.
     char* const posted = contents.release();
     if (!PostMessageA(m_hNotifyWnd, m_uMessage, read, reinterpret_cast<LPARAM>(posted)))
         delete[] posted;

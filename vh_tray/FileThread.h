@@ -8,35 +8,39 @@
 class CFileThread {
 public:
     CFileThread();
-    // Does not stop the thread: the owner calls Stop first, and keeps the object for good if the
+    // Does not stop the thread. The owner calls Stop first, and never destroys the object if the
     // thread has not ended.
     virtual ~CFileThread();
     CFileThread(const CFileThread&) = delete;
     CFileThread& operator=(const CFileThread&) = delete;
 
-    // Starts watching `path`, of which it keeps a copy; to be called once. With `firstPass` the
-    // file is read and posted at once, whatever its time says. Gives whether the thread was
-    // started.
+    // Starts to watch `path`, which is copied. Call it once. With `firstPass` the file is read and
+    // posted at once, whatever its last-write time is. Returns whether the thread was started.
     //
-    // The message has the size of the contents in bytes as wParam and as lParam a buffer from array
-    // new, the contents and a terminating zero, which belongs to the receiver.
+    // The message has the size of the contents in bytes as wParam. Its lParam is a buffer from
+    // array new with the contents and a terminating NUL; the receiver owns it.
     bool Start(LPCSTR path, HWND notifyWindow, UINT message, bool firstPass);
 
-    // Tells the thread to end and waits for it, at most `limit` milliseconds. True: it has ended,
-    // or none was started.
+    // Stops the thread and waits at most `limit` milliseconds for its end. True: it has ended, or
+    // none was started.
     bool Stop(DWORD limit);
 
-    // Makes the next pass read and post the file as a first pass does.
+    // The next pass reads and posts the file whatever its last-write time is.
     void ForceRead() { m_bFirstPass = 1; }
 
 protected:
+    // The pause before a refused call is repeated.
+    static constexpr DWORD kRetryMs = 1000;
+
     using ThreadProcedure = unsigned(__stdcall*)(void*);
 
     bool StartThread(ThreadProcedure procedure, LPCSTR path, HWND notifyWindow, UINT message,
                      bool firstPass);
-    bool IsStopping() const { return WaitForSingleObject(m_hStopEvent, 0) != WAIT_TIMEOUT; }
+    // Waits at most `limit` milliseconds for the stop event. True: the thread is to end. If the
+    // wait fails, returns false after a pause of kRetryMs.
+    bool IsStopping(DWORD limit = 0) const;
 
-    std::atomic<BYTE> m_bFirstPass;  // raised by the owner, cleared by the thread
+    std::atomic<BYTE> m_bFirstPass;  // set by the owner, cleared by the thread
     UINT m_uMessage;
     unsigned m_dwThreadId;
     DWORD m_dwPollMs;

@@ -5,10 +5,6 @@
 #include "Reboot.h"
 #include "hlxRegistryKey.h"
 
-namespace {
-constexpr int kTimeColumn = 2;
-}
-
 void CInstallDialog::FillList() {
     const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, kInstallResultsKey);
     if (!key.IsOpen()) return;
@@ -20,10 +16,11 @@ void CInstallDialog::FillList() {
         if (product.name.empty()) continue;
         if (m_listResults.AddRow(rows, {product.name, product.version}, record)) ++rows;
     }
-    m_listResults.SetSortColumn(kTimeColumn, true);
+    m_listResults.m_bSortDescending = true;
+    m_listResults.SetSortColumn(m_listResults.kColumns.timeColumn);
 }
 
-// Only the first row decides on the reboot.
+// Only the first row determines whether a reboot is offered.
 void CInstallDialog::OnListFilled() {
     constexpr UINT kSelectedAndFocused = LVIS_SELECTED | LVIS_FOCUSED;
     if (m_listResults.SetItemState(0, kSelectedAndFocused, kSelectedAndFocused))
@@ -46,7 +43,7 @@ void CInstallDialog::AskForReboot() {
     PutTexts();
 }
 
-// The Yes button becomes an OK in the middle of the dialog, No goes.
+// The Yes button becomes a centred OK button; the No button is hidden.
 void CInstallDialog::LeaveOnlyOk() {
     const CWindow no = GetDlgItem(IDNO);
     no.EnableWindow(FALSE);

@@ -1,14 +1,14 @@
-// What the agent has installed, and the question whether to reboot where an installation needs it.
+// The dialog of installed updates. It offers a reboot if an installation requires it.
 #pragma once
 
-#include "ResultListView.h"
+#include "ResultsListView.h"
 #include "UpdateDialogImpl.h"
 
 class CInstallDialog : public CUpdateDialogImpl<CInstallDialog> {
     friend class CUpdateDialogImpl<CInstallDialog>;
 
     static constexpr UpdateDialogTexts kTexts{IDS_INSTALLED_CAPTION, IDS_INSTALLED_INTRO,
-                                              IDS_INSTALLED_LABEL};
+                                              IDS_INSTALLED_LABEL, IDS_INSTALLED_COLUMNS};
 
     auto& List() { return m_listResults; }
     void FillList();

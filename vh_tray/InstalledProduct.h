@@ -1,4 +1,4 @@
-// Which product, in which version, the file of an installed update belongs to.
+// The product and version to which the file of an installed update belongs.
 #pragma once
 
 #include <string>
@@ -8,6 +8,6 @@ struct InstalledProduct {
     std::string version;
 };
 
-// What the file's version resource says. For a file that has none, or is gone, the product that
-// owns the agent's component on this machine.
+// Reads the version resource of the file. For a file that has none or is missing, returns the
+// product that owns the agent's component on this machine.
 InstalledProduct FindInstalledProduct(const char* file);

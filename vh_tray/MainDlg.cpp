@@ -1,11 +1,10 @@
-// The controller's dispatch, its start and its end.
+// The dispatch of the controller, its start and its end.
 #include "MainDlg.h"
 
 #include <winsock2.h>
 #include <objbase.h>
 
 #include <new>
-#include <optional>
 
 #include "AgentPaths.h"
 #include "RegisteredMessages.h"
@@ -15,7 +14,7 @@ namespace {
 constexpr DWORD kStopHealthMs = 5000;
 constexpr DWORD kStopMs = 2000;
 
-// Makes a watcher and starts it. Null: no memory, or no message that the window would know.
+// Creates and starts a watcher. Null: out of memory, or its message is not registered.
 template <class Watcher, class... Target>
 Watcher* StartWatcher(HWND window, CRegisteredMessage& message, bool firstPass, Target... target) {
     if (message.Number() == WM_NULL) return nullptr;
@@ -24,11 +23,11 @@ Watcher* StartWatcher(HWND window, CRegisteredMessage& message, bool firstPass, 
     return watcher;
 }
 
-// Stops the watcher, if there is one. A watcher whose thread goes on is forgotten, not deleted: the
-// thread lives in it.
+// Stops the watcher, if there is one. A watcher whose thread does not end is not deleted: the
+// thread uses it. The second call finds a thread that has ended although the wait for it failed.
 template <class Watcher>
 void StopOrForget(Watcher*& watcher) {
-    if (watcher && !watcher->Stop(kStopMs)) watcher = nullptr;
+    if (watcher && !watcher->Stop(kStopMs) && !watcher->Stop(0)) watcher = nullptr;
 }
 
 }  // namespace
@@ -49,8 +48,9 @@ CMainDlg::~CMainDlg() {
 
 BOOL CMainDlg::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam,
                                     LRESULT& result) {
+    if (m_bDestroying && (message == WM_TRAYNOTIFY || message == WM_COMMAND)) return TRUE;
     switch (message) {
-        case WM_NULL:  // also what a message is that could not be registered
+        case WM_NULL:  // also the number of a message that could not be registered
             return FALSE;
         case WM_INITDIALOG:
             result = OnInitDialog();
@@ -110,9 +110,15 @@ LRESULT CMainDlg::OnInitDialog() {
     WSADATA sockets{};
     WSAStartup(MAKEWORD(2, 2), &sockets);
     (void)CoInitialize(nullptr);
-    JoinMessageLoop();
-    if (m_hWnd) UIAddChildWindowContainer(m_hWnd);
-    StartWatchers();
+    try {
+        JoinMessageLoop();
+        if (m_hWnd) UIAddChildWindowContainer(m_hWnd);
+        StartWatchers();
+    } catch (const std::bad_alloc&) {
+        // An incomplete start would show nothing and block every other instance.
+        DestroyWindow();
+        return 0;
+    }
     SetHealthIcon(HEALTH_UNKNOWN);
     m_bStarting = 1;
     SetTimer(m_hWnd, IDT_START, 0, nullptr);
@@ -136,7 +142,7 @@ void CMainDlg::JoinMessageLoop() {
     loop->AddIdleHandler(this);
 }
 
-// All but the watcher of downloads deliver once without waiting for a change.
+// All watchers but that of downloads post once without a change.
 void CMainDlg::StartWatchers() {
     m_pHealthThread =
         StartWatcher<CFileThread>(m_hWnd, g_msgHealthResults, true, GetHealthNotifPath());
@@ -147,8 +153,8 @@ void CMainDlg::StartWatchers() {
                                                   HKEY_LOCAL_MACHINE, kDownloadResultsKey);
 }
 
-// The end of the start window: what the health watcher delivered in it was dropped, so it is made
-// to read the file again.
+// The end of the start. The health watcher reads the file again, since its first result was
+// dropped.
 LRESULT CMainDlg::OnTimer(UINT_PTR id) {
     if (id != IDT_START) return 0;
     m_bStarting = 0;
@@ -157,37 +163,35 @@ LRESULT CMainDlg::OnTimer(UINT_PTR id) {
     return 0;
 }
 
-// The id becomes the process's exit code.
+// The id becomes the exit code of the process.
 LRESULT CMainDlg::CloseDialog(WORD id) {
+    m_bDestroying = true;
     DestroyWindow();
     PostQuitMessage(id);
     return 0;
 }
 
 LRESULT CMainDlg::OnDestroy() {
+    m_bDestroying = true;
     if (m_pHealthThread) m_pHealthThread->Stop(kStopHealthMs);
     if (m_pTrayMouseTrack) m_pTrayMouseTrack->Stop(kStopMs);
     for (NOTIFYICONDATAA* icon : {&m_nidHealth, &m_nidUpdates, &m_nidInstalled, &m_nidDownloads})
         Shell_NotifyIconA(NIM_DELETE, icon);
     ReleaseUndelivered();
+    for (const WPARAM size : {ICON_BIG, ICON_SMALL})
+        DestroyIcon(reinterpret_cast<HICON>(SendMessage(WM_SETICON, size)));
     CoUninitialize();
     WSACleanup();
     return 0;
 }
 
-// Buffers that were posted and that nobody will receive any more.
+// Deletes posted buffers that will not be received any more. A quit message, which passes every
+// filter, may be removed too: CloseDialog posts its own afterwards.
 void CMainDlg::ReleaseUndelivered() {
-    std::optional<int> exitCode;
     for (CRegisteredMessage* carrier : {&g_msgHealthResults, &g_msgSWUpdates}) {
         const UINT number = carrier->Number();
-        if (number == WM_NULL) continue;  // it would stand for every message
-        for (MSG message; PeekMessageA(&message, m_hWnd, number, number, PM_REMOVE);) {
-            // No filter keeps a quit message out.
-            if (message.message == WM_QUIT)
-                exitCode = static_cast<int>(message.wParam);
-            else
-                delete[] reinterpret_cast<char*>(message.lParam);
-        }
+        if (number == WM_NULL) continue;  // as a filter, 0 means every message
+        for (MSG message; PeekMessageA(&message, m_hWnd, number, number, PM_REMOVE);)
+            if (message.message == number) delete[] reinterpret_cast<char*>(message.lParam);
     }
-    if (exitCode) PostQuitMessage(*exitCode);
 }

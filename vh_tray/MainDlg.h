@@ -1,12 +1,12 @@
-// The controller: a dialog that is never shown, on which the whole applet hangs. Its window is the
-// one address for everything that can happen: callbacks of the tray icons, messages of the watcher
-// threads, the start timer and the commands of the menu.
+// The controller: a dialog that is never shown. Its window receives all events of the applet: the
+// callbacks of the tray icons, the messages of the watcher threads, the start timer and the
+// commands of the menu.
 //
-// Everything runs on the thread of the message loop. Handlers nest: message boxes, modal dialogs
-// and the applet's sheet run loops of their own, which go on delivering to the same dispatch. The
-// flags guard against that, not the lock.
+// Everything runs on the thread of the message loop. Handlers nest: message boxes, modal dialogs,
+// the menu and the sheet of the Control Panel applet run message loops of their own, which deliver
+// to the same dispatch. The flags prevent a second box or sheet; the lock cannot.
 //
-// The reactions stand in files by subject: MainDlg.cpp (dispatch and lifetime), MainDlgTray.cpp,
+// The handlers are in files by subject: MainDlg.cpp (dispatch and lifetime), MainDlgTray.cpp,
 // MainDlgHealth.cpp, MainDlgUpdates.cpp, MainDlgApplet.cpp.
 #pragma once
 
@@ -20,9 +20,12 @@
 #include "frame/DialogImpl.h"
 #include "frame/MessageLoop.h"
 #include "frame/UpdateUI.h"
+#include "hlxHealthReport.h"
 #include "hlxHealthResult.h"
 #include "resource.h"
 
+// The numbers of the timer, of the callback and of the icons are part of the interface, do
+// not correct.
 constexpr UINT_PTR IDT_START = 0xdeadbeef;
 
 // The callback of all tray icons: wParam is the icon's id, the low word of lParam the mouse
@@ -34,7 +37,7 @@ constexpr UINT TRAY_ID_UPDATES = 10054;
 constexpr UINT TRAY_ID_INSTALLED = 10055;
 constexpr UINT TRAY_ID_DOWNLOADS = 10056;
 
-// What the agent's assessment says of the machine. Unknown has no icon on the tray.
+// Health states. The unknown state has no icon.
 constexpr LONG HEALTH_UNKNOWN = HLX_HEALTH_UNKNOWN;
 constexpr LONG HEALTH_HIGH = HLX_HEALTH_HIGH;
 
@@ -46,8 +49,8 @@ public:
     static constexpr int IDD = IDD_MAINDLG;
 
     CMainDlg() = default;
-    // Stops the watchers. One whose thread does not end in time is left alone, thread and object,
-    // until the process ends.
+    // Stops the watchers. If a thread does not end in time, it and its object stay until the
+    // process ends.
     ~CMainDlg() override;
 
     BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
@@ -88,10 +91,9 @@ private:
     void RunDialogOf(NOTIFYICONDATAA& record);
 
     // Health
-    struct HealthResult;
     LRESULT OnHealthResults(char* buffer);
-    void ReactTo(const HealthResult& health);
-    void ShowHealthMessage(const HealthResult& health);
+    void ReactTo(const HealthReport& health);
+    void ShowHealthMessage(const HealthReport& health);
     LRESULT OnReassess();
 
     // Updates
@@ -108,13 +110,13 @@ private:
         flag = value;
     }
 
-    BYTE m_bReassessPending = 0;  // a reassess request went out and no health result has come since
+    BYTE m_bReassessPending = 0;  // a request was sent, and no health result has arrived since
     BYTE m_bHealthSheetOpen = 0;
     BYTE m_bAboutSheetOpen = 0;
     BYTE m_bMessageBoxOpen = 0;
     BYTE m_bStarting = 1;     // health results are dropped unread
-    BYTE m_bAutoInstall = 0;  // of the last good result: available updates are not announced
-    BYTE m_bHaveResult = 0;   // a good health result has been seen
+    BYTE m_bAutoInstall = 0;  // in the last good result: available updates are not announced
+    BYTE m_bHaveResult = 0;   // a good health result has arrived
     NOTIFYICONDATAA m_nidHealth{};
     NOTIFYICONDATAA m_nidUpdates{};
     NOTIFYICONDATAA m_nidInstalled{};
@@ -123,7 +125,10 @@ private:
     CFileThread* m_pHealthThread = nullptr;
     CRegThread* m_pResultsThread = nullptr;
     CRegThread* m_pDownloadsThread = nullptr;
-    CTrayMouseTrack* m_pTrayMouseTrack = nullptr;  // nothing makes one: hovering raises no balloon
-    LONG m_nHealthState = HEALTH_UNKNOWN;          // what the tray shows
+    CTrayMouseTrack* m_pTrayMouseTrack = nullptr;  // never created: the pointer raises no balloon
+    LONG m_nHealthState = HEALTH_UNKNOWN;          // the state of the icon
     CCriticalSection m_csState;
+    // Set in WM_DESTROY. Later clicks and commands do nothing, since a dialog would keep the
+    // process alive.
+    bool m_bDestroying = false;
 };

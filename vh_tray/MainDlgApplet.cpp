@@ -1,11 +1,14 @@
-// The agent's Control Panel applet, run inside this process on a named page.
+// Runs the Control Panel applet of the agent inside this process, on a named page.
 #include <windows.h>
 #include <cpl.h>
 
+#include <memory>
 #include <string>
+#include <type_traits>
 
 #include "CplPath.h"
 #include "MainDlg.h"
+#include "ModalCall.h"
 #include "StringTable.h"
 
 namespace {
@@ -21,10 +24,11 @@ HWND FindSheet(HMODULE library) {
     return FindWindowA(DialogClass(), caption);
 }
 
-// Shows the applet's sheet as the Control Panel would, and returns when the user has closed it. The
-// flag is down again before the applet is told to stop. By then the owner may be gone, and null.
+// Shows the sheet as the Control Panel does, and returns when the user has closed it. `onClosed`
+// runs before CPL_STOP. By then the owner may be destroyed, and null.
 template <class OnClosed>
-void DriveApplet(APPLET_PROC applet, const HWND& owner, std::string page, OnClosed onClosed) {
+void DriveApplet(APPLET_PROC applet, const HWND& owner, std::string& page, OnClosed onClosed) {
+    const CModalCall call(owner);
     if (applet(owner, CPL_INIT, 0, 0) == 0) {
         onClosed();
         return;
@@ -43,15 +47,15 @@ void DriveApplet(APPLET_PROC applet, const HWND& owner, std::string page, OnClos
 }  // namespace
 
 LRESULT CMainDlg::OnShowApplet(WORD commandId) {
-    if (const HMODULE library = LoadLibraryA(GetCplPath())) {
-        ShowSheet(library, commandId);
-        FreeLibrary(library);
-    }
+    const std::unique_ptr<std::remove_pointer_t<HMODULE>, decltype(&FreeLibrary)> library(
+        LoadLibraryA(GetCplPath()), &FreeLibrary);
+    if (library) ShowSheet(library.get(), commandId);
     return 0;
 }
 
-// While a sheet runs the dispatch goes on, so this can be called inside itself: for a page that is
-// open it brings that page to the front, for the other page it opens a second sheet.
+// Messages are dispatched while a sheet is open, so this function can be called inside itself. For
+// a page that is open, it brings that page to the front; for the other page, it opens a second
+// sheet.
 void CMainDlg::ShowSheet(HMODULE library, WORD commandId) {
     const auto applet = reinterpret_cast<APPLET_PROC>(GetProcAddress(library, "CPlApplet"));
     const HWND sheet = FindSheet(library);

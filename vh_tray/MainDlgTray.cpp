@@ -1,12 +1,14 @@
-// What stands in the notification area, and what a click on it does.
+// The icons in the notification area, and their mouse messages.
 #include "DownloadDialog.h"
 #include "InstallDialog.h"
 #include "MainDlg.h"
+#include "ModalCall.h"
 #include "UpdatesDialog.h"
 
 namespace {
 
-// Room for a text of the health icon, terminator included: a byte less than a transient icon's.
+// Room for a text of the health icon, in bytes with the terminator. One less than the record has:
+// part of the interface, do not correct.
 constexpr int kHealthTipCapacity = 127;
 constexpr int kHealthBalloonCapacity = 255;
 constexpr int kHealthTitleCapacity = 63;
@@ -19,8 +21,7 @@ HICON LoadStateIcon(UINT id) {
     return LoadIconA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(id));
 }
 
-// A point beside all monitors would open the menu out of reach: x is drawn to the nearest work
-// area.
+// For a point outside all monitors, moves x to the nearest work area, so that the menu is visible.
 LONG VisibleX(POINT point) {
     if (MonitorFromPoint(point, MONITOR_DEFAULTTONULL)) return point.x;
     MONITORINFO monitor{};
@@ -44,7 +45,7 @@ void CMainDlg::FillIconRecord(NOTIFYICONDATAA& record, UINT id) const {
     record.dwInfoFlags = NIIF_USER;
 }
 
-// Icon and texts go by the state. Each call that the shell accepts raises the balloon.
+// The state selects icon and texts. Each call that the shell accepts shows the balloon.
 void CMainDlg::SetHealthIcon(LONG state) {
     if (state < HEALTH_UNKNOWN || state > HEALTH_HIGH) return;
     const DWORD call = state == HEALTH_UNKNOWN            ? NIM_DELETE
@@ -68,11 +69,11 @@ void CMainDlg::ShowTransientIcon(NOTIFYICONDATAA& record, const TransientIcon& i
     LoadInto(icon.tip, record.szTip, sizeof record.szTip);
     LoadInto(icon.balloon, record.szInfo, sizeof record.szInfo);
     LoadInto(IDS_PRODUCT, record.szInfoTitle, sizeof record.szInfoTitle);
-    // Refused if the icon stands already; its balloon is not raised again.
+    // Fails if the icon is shown already; its balloon is then not shown again.
     if (Shell_NotifyIconA(NIM_ADD, &record)) SetIconVersion(icon.id);
 }
 
-// A record of its own: the version shares its place with the balloon's time-out.
+// Uses a separate record: version and time-out of the balloon are members of one union.
 void CMainDlg::SetIconVersion(UINT id) const {
     NOTIFYICONDATAA record{};
     record.cbSize = NOTIFYICONDATAA_V3_SIZE;
@@ -124,9 +125,10 @@ void CMainDlg::OnDoubleClick(UINT iconId) {
     }
 }
 
-// The icon has told its news: it goes when the dialog has closed, whatever the user did there.
+// The icon is removed when the dialog has closed, whichever button was used.
 template <class Dialog>
 void CMainDlg::RunDialogOf(NOTIFYICONDATAA& record) {
+    const CModalCall call(m_hWnd);
     Dialog().DoModal(m_hWnd);
     Shell_NotifyIconA(NIM_DELETE, &record);
 }
@@ -142,11 +144,12 @@ void CMainDlg::LowerHealthBalloon() {
     m_nidHealth.uFlags |= NIF_INFO;
 }
 
-// The window has to be in the foreground, and a message has to follow the menu, or a click beside
-// it would not close it.
+// The window must be in the foreground, and a message must follow the menu; otherwise a click
+// outside the menu would not close it.
 void CMainDlg::ShowContextMenu() {
     POINT pointer{};
     GetCursorPos(&pointer);
+    const CModalCall call(m_hWnd);
     const HMENU menu = LoadMenuA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(IDR_TRAYMENU));
     if (!menu) return;
     const HMENU popup = GetSubMenu(menu, 0);

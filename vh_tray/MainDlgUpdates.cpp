@@ -1,5 +1,5 @@
-// What is on offer, what was installed, what failed: each event looks at its source anew and tells
-// the user with a transient icon.
+// The events of software updates: an offer, installed updates, failed downloads. Each handler reads
+// its source again and shows a transient icon.
 #include "MainDlg.h"
 #include "NewerVersion.h"
 #include "SwCacheRecord.h"
@@ -8,8 +8,7 @@
 
 namespace {
 
-// Whether the key holds a wanted record that is at most RESULT_WINDOW_TICKS old. The first is
-// enough.
+// Whether the key has a wanted record that is at most RESULT_WINDOW_TICKS old.
 template <class Wanted>
 bool HasRecentRecord(HKEY hive, LPCSTR keyPath, Wanted wanted) {
     const CHlxRegistryKey key(hive, keyPath);
@@ -26,8 +25,8 @@ bool HasRecentRecord(HKEY hive, LPCSTR keyPath, Wanted wanted) {
 
 }  // namespace
 
-// The watcher's buffer only says that there is news; the file is read by its own reader. The
-// controller sends null.
+// The contents of the buffer are not used: hlx_getSwCache reads the file. The controller posts
+// null.
 LRESULT CMainDlg::OnGotSWUpdates(char* buffer) {
     delete[] buffer;
     CSwCacheRecord update;
@@ -37,7 +36,7 @@ LRESULT CMainDlg::OnGotSWUpdates(char* buffer) {
     return 0;
 }
 
-// Every result counts, good or bad.
+// Every result counts, success or failure.
 LRESULT CMainDlg::OnGotQueuedInstalls(HKEY hive, LPCSTR keyPath) {
     if (HasRecentRecord(hive, keyPath, [](const UpdateResultRecord&) { return true; }))
         ShowTransientIcon(m_nidInstalled,

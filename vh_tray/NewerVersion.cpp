@@ -25,7 +25,7 @@ struct Free {
     void operator()(char* text) const { free(text); }
 };
 
-// The digits at the start of the token; a number too large is the largest there is.
+// The digits at the start of the token; a number that is too large becomes the largest one.
 std::uint32_t ToNumber(const char* token) {
     constexpr unsigned long kLargest = UINT32_MAX;
     return static_cast<std::uint32_t>(std::min(strtoul(token, nullptr, 10), kLargest));

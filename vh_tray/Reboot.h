@@ -3,12 +3,12 @@
 
 #include <windows.h>
 
-// Whether an installation with this result is complete only after a restart.
+// Whether an installation with this result requires a restart.
 bool NeedsReboot(DWORD installResult);
 
-// Gives the process the right to shut the machine down, for the rest of its life. False if the
-// system refuses; an account that does not hold the right learns that only from RebootNow.
+// Enables the shutdown privilege until the process ends. False if the system refuses. For an
+// account without the privilege this succeeds, and RebootNow fails.
 bool EnableReboot();
 
-// Reboots, by force. The result is the system's.
+// Reboots and closes all programs by force. Returns the result of the system.
 BOOL RebootNow();

@@ -1,10 +1,5 @@
 #include "RegThread.h"
 
-namespace {
-// Between attempts at what the system refuses: the event, the key, the notification.
-constexpr DWORD kRetryMs = 1000;
-}  // namespace
-
 bool CRegThread::Start(HKEY hive, LPCSTR path, HWND notifyWindow, UINT message, bool firstPass) {
     m_hHive = hive;
     return StartThread(ThreadProc, path, notifyWindow, message, firstPass);
@@ -22,40 +17,47 @@ unsigned __stdcall CRegThread::ThreadProc(void* self) {
     return 0;
 }
 
-// False: the thread is to end.
-bool CRegThread::PauseBeforeRetry() const {
-    return WaitForSingleObject(m_hStopEvent, kRetryMs) == WAIT_TIMEOUT;
+// Pauses after an event, a key or a notification could not be had. A change until the next success
+// gives no signal, so the success counts as a change. False: the thread is to end.
+bool CRegThread::PauseBeforeRetry() {
+    m_bFirstPass = 1;
+    return !IsStopping(kRetryMs);
+}
+
+// Also returns for the stop event. A wait that fails is repeated; the notification stays armed.
+void CRegThread::AwaitChange(HANDLE notifyEvent) const {
+    const HANDLE events[] = {notifyEvent, m_hStopEvent};
+    while (WaitForMultipleObjects(2, events, FALSE, INFINITE) == WAIT_FAILED &&
+           !IsStopping(kRetryMs)) {
+    }
 }
 
 // False: the thread is to end.
 bool CRegThread::RunPass(HANDLE notifyEvent) {
     const HKEY key = OpenArmed(notifyEvent);
     if (!key) return PauseBeforeRetry();
-    if (!m_bFirstPass) {
-        const HANDLE events[] = {notifyEvent, m_hStopEvent};
-        WaitForMultipleObjects(2, events, FALSE, INFINITE);
-    }
+    if (!m_bFirstPass) AwaitChange(notifyEvent);
     const bool stopping = IsStopping();
     if (!stopping) {
         m_bFirstPass = 0;
         PostMessageA(m_hNotifyWnd, m_uMessage, reinterpret_cast<WPARAM>(m_hHive),
                      reinterpret_cast<LPARAM>(m_pszPath));
-        // A change that came meanwhile has to be reported by the next pass: its signal would be
-        // taken back with that of the close.
-        if (WaitForSingleObject(notifyEvent, 0) == WAIT_OBJECT_0) m_bFirstPass = 1;
+        // The next pass has to report a change that has happened since: its signal is reset
+        // together with that of the close.
+        if (WaitForSingleObject(notifyEvent, 0) != WAIT_TIMEOUT) m_bFirstPass = 1;
     }
     RegCloseKey(key);
     return !stopping;
 }
 
-// The key with one notification armed, or null.
+// Opens the key and arms one notification; null if either fails.
 HKEY CRegThread::OpenArmed(HANDLE notifyEvent) {
     HKEY key = nullptr;
     if (RegCreateKeyExA(m_hHive, m_pszPath, 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr) !=
         ERROR_SUCCESS)
         return nullptr;
-    // Closing the key of the pass before has signalled the event if its notification was still
-    // armed. That is no change.
+    // If its notification was still armed, closing the key of the previous pass has signalled the
+    // event. That is not a change.
     ResetEvent(notifyEvent);
     if (RegNotifyChangeKeyValue(key, TRUE, REG_NOTIFY_CHANGE_LAST_SET, notifyEvent, TRUE) ==
         ERROR_SUCCESS)

@@ -1,5 +1,5 @@
 // A thread that watches one registry key with its subkeys and posts a message when a value in them
-// has changed. Unlike the file watcher it reads nothing: the message says which key to look at.
+// has changed. It reads no values; the message names the key.
 #pragma once
 
 #include "FileThread.h"
@@ -8,15 +8,16 @@ class CRegThread : public CFileThread {
 public:
     CRegThread() = default;
 
-    // Starts watching the key, which is made if it is missing; to be called once. With `firstPass`
-    // the message is posted once without any change. Gives whether the thread was started.
+    // Starts to watch the key, which is created if it is missing. Call it once. With `firstPass`
+    // the message is posted once without a change. Returns whether the thread was started.
     //
-    // The message has `hive` as wParam and the watcher's own copy of `path` as lParam.
+    // The message has `hive` as wParam and, as lParam, a copy of `path` that the watcher owns.
     bool Start(HKEY hive, LPCSTR path, HWND notifyWindow, UINT message, bool firstPass);
 
 private:
     static unsigned __stdcall ThreadProc(void* self);
-    bool PauseBeforeRetry() const;
+    bool PauseBeforeRetry();
+    void AwaitChange(HANDLE notifyEvent) const;
     bool RunPass(HANDLE notifyEvent);
     HKEY OpenArmed(HANDLE notifyEvent);
 

@@ -2,6 +2,7 @@
 
 #include "frame/AppModule.h"
 
+// The names are part of the interface, do not correct.
 constinit CRegisteredMessage g_msgHealthResults("HLX_GetVHealth_Results");
 constinit CRegisteredMessage g_msgSWUpdates("HLX_GotSWUpdates");
 constinit CRegisteredMessage g_msgQueuedInstalls("HLX_GotQueuedInstalls");

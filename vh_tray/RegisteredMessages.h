@@ -1,14 +1,17 @@
-// The messages in which the watchers tell the controller of a change.
+// The messages that the watchers post to the controller.
 #pragma once
 
 #include <windows.h>
 
 #include <atomic>
 
-// A window message known by name. Its number is fetched at the first use, once in the process.
+// A registered window message. It is registered at the first use, once in the process.
 class CRegisteredMessage {
 public:
     constexpr explicit CRegisteredMessage(const char* name) : m_name(name) {}
+    virtual ~CRegisteredMessage() = default;
+    CRegisteredMessage(const CRegisteredMessage&) = delete;
+    CRegisteredMessage& operator=(const CRegisteredMessage&) = delete;
 
     UINT Number();
 
@@ -17,11 +20,13 @@ private:
     std::atomic<UINT> m_number{0};
 };
 
-// With the contents of a file: wParam is their size in bytes, lParam a terminated buffer from array
-// new that belongs to the receiver. The controller posts the second to itself with 0 and 0.
+// From a file watcher: wParam is the size of the contents in bytes, lParam a terminated buffer from
+// array new, which the receiver owns. The controller posts the second message to itself with 0 and
+// 0.
 extern CRegisteredMessage g_msgHealthResults;
 extern CRegisteredMessage g_msgSWUpdates;
 
-// With a registry key: wParam is the root key, lParam the path below it, which stays the watcher's.
+// From a registry watcher: wParam is the root key, lParam the path below it, which the watcher
+// owns.
 extern CRegisteredMessage g_msgQueuedInstalls;
 extern CRegisteredMessage g_msgDownloadResults;

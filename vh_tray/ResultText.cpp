@@ -7,9 +7,9 @@ namespace {
 constexpr DWORD kReasonCapacity = 4096;
 }
 
-std::string FormatResultTime(const UpdateResultRecord& record, int capacity) {
+std::string FormatLocalTime(const FILETIME& time, int capacity) {
     SYSTEMTIME utc, local;
-    if (!FileTimeToSystemTime(&record.m_time, &utc) ||
+    if (!FileTimeToSystemTime(&time, &utc) ||
         !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local))
         return {};
     std::string buffer(static_cast<std::size_t>(capacity), '\0');

@@ -1,13 +1,13 @@
-// How a record of the update result store reads in a list's cell.
+// The texts of an update result in a list.
 #pragma once
 
 #include <string>
 
 #include "UpdateResultStore.h"
 
-// The user's short date and time without seconds, in local time, each of at most `capacity` bytes
-// with its terminator. Empty for a time that is none.
-std::string FormatResultTime(const UpdateResultRecord& record, int capacity);
+// Formats a UTC time as the user's short date and time without seconds, in local time; each has at
+// most `capacity` bytes with its terminator. Empty if the time is invalid.
+std::string FormatLocalTime(const FILETIME& time, int capacity);
 
-// The system's text for the result, in one line; "Result code 0x..." where it has none.
+// The system's text for the result, in one line; "Result code 0x..." if it has none.
 std::string FormatResultReason(const UpdateResultRecord& record);

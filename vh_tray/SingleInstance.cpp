@@ -1,13 +1,15 @@
 #include "SingleInstance.h"
 
-#include <string>
-
 HANDLE g_hInstanceMutex = nullptr;
 
 namespace {
 
-// Systems above this one have a name space that spans the sessions of the machine.
+// Later systems have the name space Global, which all sessions of the machine share.
 constexpr DWORD kLastSystemWithoutSessions = 4;
+
+// The small letter in "4a36" is part of the interface, do not correct.
+constexpr char kName[] = "Global\\HLXVHTRAY_{5D1C7E20-9B44-4a36-A1F7-3C6E08D2B7F9}";
+constexpr DWORD kPrefixLength = 7;
 
 DWORD SystemMajorVersion() {
     OSVERSIONINFOEXA version{};
@@ -19,8 +21,7 @@ DWORD SystemMajorVersion() {
 }  // namespace
 
 bool IsAnotherInstanceRunning() {
-    std::string name = "HLXVHTRAY_{5D1C7E20-9B44-4a36-A1F7-3C6E08D2B7F9}";
-    if (SystemMajorVersion() > kLastSystemWithoutSessions) name.insert(0, "Global\\");
-    g_hInstanceMutex = CreateMutexA(nullptr, FALSE, name.c_str());
+    const bool hasSessions = SystemMajorVersion() > kLastSystemWithoutSessions;
+    g_hInstanceMutex = CreateMutexA(nullptr, FALSE, hasSessions ? kName : kName + kPrefixLength);
     return !g_hInstanceMutex || GetLastError() == ERROR_ALREADY_EXISTS;
 }

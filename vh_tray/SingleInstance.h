@@ -1,12 +1,12 @@
-// One applet a machine.
+// One instance on each machine.
 #pragma once
 
 #include <windows.h>
 
-// The named mutex, from the test to the end of the process. Only its existence counts; no thread
-// acquires it.
+// The named mutex, open from the test to the end of the process. Only its existence counts; no
+// thread acquires it.
 extern HANDLE g_hInstanceMutex;
 
-// True: this process must not go on, since another instance runs or since that cannot be told.
-// Makes the mutex.
+// Creates the mutex. True: this process must end, since another instance runs or it cannot be
+// determined.
 bool IsAnotherInstanceRunning();

@@ -5,5 +5,5 @@
 
 #include <string>
 
-// Puts string `id` into `text`. A string that is missing or empty leaves it alone and gives false.
+// Loads string `id` into `text`. False, with `text` unchanged, if the string is missing or empty.
 bool LoadText(UINT id, std::string& text);

@@ -1,11 +1,13 @@
-// The record of the software-update cache file, read anew.
+// The record of the software-update cache file.
 #pragma once
 
 #include <memory>
 
 class CSwCacheRecord {
 public:
-    // Reads the agent's cache file. False: there is none, or no memory for it.
+    virtual ~CSwCacheRecord() = default;
+
+    // Reads the cache file of the agent. False: the file is missing, or out of memory.
     bool Read();
 
     const char* Name() const { return m_name.get(); }

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr DWORD kLookMs = 50;  // between two looks at the pointer
+constexpr DWORD kLookMs = 50;  // between two readings of the pointer position
 constexpr DWORD kDestroyMs = 6000;
 constexpr UINT kDefaultSize = 5;
 
@@ -60,8 +60,8 @@ void CTrayMouseTrack::Run() {
     } while (WaitForSingleObject(m_hStopEvent, kLookMs) == WAIT_TIMEOUT);
 }
 
-// A pointer that cannot be read has not left; a size that cannot be stays as it was. At exactly the
-// width or height the pointer has left.
+// If the position cannot be read, the pointer has not left; if the size cannot be read, the last
+// size is used. At exactly the width or height the pointer has left.
 bool CTrayMouseTrack::HasLeft(Size& size) const {
     POINT pointer{};
     if (!GetCursorPos(&pointer)) return false;

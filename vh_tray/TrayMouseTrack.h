@@ -1,5 +1,5 @@
-// Tells when the pointer comes to rest on a tray icon and when it leaves it, of which the shell
-// tells only the moves. Both posts have the shape of a tray callback.
+// Detects when the pointer hovers over a tray icon and when it leaves it; the shell reports moves
+// only. Both are posted in the form of a tray callback.
 #pragma once
 
 #include <windows.h>
@@ -18,11 +18,11 @@ public:
     CTrayMouseTrack(const CTrayMouseTrack&) = delete;
     CTrayMouseTrack& operator=(const CTrayMouseTrack&) = delete;
 
-    // To be called for each move over the icon, on the window's thread.
+    // Call it for each move over the icon, on the thread of the window.
     void OnMouseMove();
 
-    // Tells the thread to end and waits for it, at most `limit` milliseconds. False: it has not
-    // ended in time.
+    // Stops the thread and waits at most `limit` milliseconds for its end. False: it has not ended
+    // in time.
     bool Stop(DWORD limit);
 
 private:
@@ -40,9 +40,9 @@ private:
     const UINT m_wPostParam;
     struct {
         std::atomic<LONG> x{0}, y{0};
-    } m_ptAnchor;  // the pointer at the last move
+    } m_ptAnchor;  // position of the pointer at the last move
     HANDLE m_hThread = nullptr;
     const HANDLE m_hStopEvent;
-    std::atomic<BOOL> m_bHovering{FALSE};  // on the icon: a leave post is still to come
+    std::atomic<BOOL> m_bHovering{FALSE};  // over the icon; a leave message is still to be posted
     CCriticalSection m_csMove;
 };

@@ -1,5 +1,5 @@
-// What the dialogs of available, installed and failed updates share: their template, the order in
-// which they start, and their way to the end.
+// The common part of the dialogs of available, installed and failed updates: their template, their
+// start sequence and their end.
 #pragma once
 
 #include <windows.h>
@@ -18,11 +18,12 @@ struct UpdateDialogTexts {
     UINT caption;
     UINT intro;
     UINT listLabel;
+    UINT firstColumn;
 };
 
 // T derives from this and supplies
 //   static constexpr UpdateDialogTexts kTexts
-//   List()               the list control, with SetupColumns()
+//   List()               the list control
 //   FillList()           writes the rows
 //   OnAnswer(id)         before the dialog ends with the button `id`
 // and, where it has something to do there,
@@ -58,7 +59,7 @@ protected:
                this->PutText(IDC_LIST_LABEL, m_strListLabel);
     }
 
-    // For OnAnswer of a dialog in which Yes asks the daemon for the download.
+    // OnAnswer of a dialog in which Yes requests the download from the daemon.
     static void RequestDownloadIfConfirmed(WORD id) {
         if (id == IDOK || id == IDYES) hlx_requestDownload();
     }
@@ -73,7 +74,7 @@ private:
 
     T& Self() { return static_cast<T&>(*this); }
 
-    // 0: the system is to set no focus of its own.
+    // 0: the system sets no focus.
     LRESULT OnInitDialog() {
         if (LoadText(T::kTexts.caption, m_strIntro)) this->SetWindowText(m_strIntro.c_str());
         LoadText(T::kTexts.intro, m_strIntro);
@@ -86,13 +87,12 @@ private:
     void StartList() {
         auto& list = Self().List();
         if (!list.m_hWnd) list.SubclassWindow(this->GetDlgItem(IDC_RESULT_LIST));
-        list.SetRedraw(false);
-        list.SetupColumns();
+        const CRedrawPause pause(list);
+        list.SetupColumns(T::kTexts.firstColumn);
         list.DeleteAllItems();
         Self().FillList();
         list.FitColumns();
         Self().OnListFilled();
-        list.SetRedraw(true);
     }
 
     LRESULT OnCloseCmd(WORD id) {

@@ -2,10 +2,11 @@
 
 namespace {
 
+// In bytes with the terminator. The difference is part of the interface, do not correct.
 constexpr DWORD kBinaryNameCapacity = 8192;
 constexpr DWORD kAnyNameCapacity = 4096;
 
-// So many in a row, and the key is gone, or answers the same for ever.
+// After this many consecutive failures the key has been deleted, or every call fails.
 constexpr int kMostFailuresInARow = 100;
 constexpr int kMostLongNamesInARow = 100'000;
 

@@ -3,13 +3,20 @@
 #include "NewerVersion.h"
 #include "SwCacheRecord.h"
 
-void CUpdateListViewCtl::SetupColumns() {
-    SetExtendedListViewStyle(GetExtendedListViewStyle() | LVS_EX_FULLROWSELECT |
-                             LVS_EX_DOUBLEBUFFER);
-    CFittedListView::SetupColumns(IDS_AVAILABLE_COLUMNS);
+CUpdateListViewCtl::~CUpdateListViewCtl() = default;
+
+BOOL CUpdateListViewCtl::ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM lParam, LRESULT&) {
+    if (message == kReflected + WM_NOTIFY)
+        delete reinterpret_cast<const CRowObject*>(DeletedItemData(lParam));
+    return FALSE;
 }
 
-// The file may have changed since the icon came up, so the version is judged again.
+void CUpdateListViewCtl::SetupColumns(UINT firstString) {
+    SetExtendedListViewStyle(GetExtendedListViewStyle() | WinTraits::kExListStyle);
+    CFittedColumns::SetupColumns(firstString);
+}
+
+// The file may have changed since the icon appeared, so the version is compared again.
 void CUpdatesDialog::FillList() {
     CSwCacheRecord update;
     if (!update.Read() || !IsNewerVersion(update.Version())) return;

@@ -128,7 +128,7 @@ const std::string& CVersionInfo::Text(std::string& cached, const char* name) {
                   static_cast<unsigned long>(m_dwTranslation), name);
     void* text = nullptr;
     UINT length = 0;
-    // What counts is the pointer; a text that nothing ends goes to the end of the block.
+    // Only the pointer is tested. A text without a terminator ends with the block.
     VerQueryValueA(m_pData.get(), subBlock, &text, &length);
     if (const auto* begin = static_cast<const char*>(text)) {
         const auto* end = reinterpret_cast<const char*>(m_pData.get() + m_dwSize);

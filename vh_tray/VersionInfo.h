@@ -13,7 +13,7 @@ public:
     CVersionInfo(const CVersionInfo&) = delete;
     CVersionInfo& operator=(const CVersionInfo&) = delete;
 
-    // Load the version block; 1 or 0. A null module is the program.
+    // Load the version block; return 1 or 0. A null module is the program.
     int LoadFile(LPCSTR path);
     int LoadModule(HMODULE module);
 
@@ -37,8 +37,8 @@ public:
     void GetFileDateSystemTime(SYSTEMTIME& date) const;
     // An automation date; 0.0 if nothing is loaded.
     double GetFileDateVariant() const;
-    // The user's long date. All objects share one text, which the next call replaces; if nothing is
-    // loaded it is the text of the last call.
+    // The user's long date. All objects share one buffer, which the next call replaces; if nothing
+    // is loaded, the text of the last call is returned.
     LPCSTR GetFileDateString() const;
 
     // Strings of the version block; empty if nothing is loaded or the block does not have them.

@@ -1,6 +1,8 @@
-// The entry of the applet.
+// The entry point of the applet.
 #include <windows.h>
 #include <commctrl.h>
+
+#include <new>
 
 #include "MainDlg.h"
 #include "SingleInstance.h"
@@ -11,8 +13,8 @@ CAppModule _Module;
 
 namespace {
 
-// Runs the message loop with the controller. Gives the loop's result, or 0 if the controller's
-// dialog could not be made.
+// Runs the message loop with the controller. Returns the result of the loop, or 0 if the dialog of
+// the controller could not be created.
 int Run(LPSTR /*commandLine*/, int /*show*/) {
     CMessageLoop loop;
     _Module.AddMessageLoop(&loop);
@@ -29,15 +31,19 @@ int Run(LPSTR /*commandLine*/, int /*show*/) {
 
 }  // namespace
 
-// Exit codes: 0 another instance runs, or nothing could be made; otherwise the command that closed
-// the applet.
+// Exit codes: 0 if another instance runs or the start failed; otherwise the command that closed the
+// applet.
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR commandLine, int show) {
-    // The handle of a test that says no stays open until the process is gone.
+    // If another instance runs, the handle stays open until the process ends.
     if (IsAnotherInstanceRunning()) return 0;
     INITCOMMONCONTROLSEX controls{sizeof controls, 0xFF};
     InitCommonControlsEx(&controls);
     _Module.Init(instance);
-    const int result = Run(commandLine, show);
+    int result = 0;
+    try {
+        result = Run(commandLine, show);
+    } catch (const std::bad_alloc&) {  // the same result as a failed start
+    }
     _Module.Term();
     CloseHandle(g_hInstanceMutex);
     return result;
