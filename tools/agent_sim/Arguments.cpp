@@ -20,7 +20,7 @@ std::vector<std::string> SplitLine(std::string_view line) {
         else
             words.back() += c;
     }
-    if (quoted) throw UsageError("a quote is left open");
+    if (quoted) throw UsageError("a closing quote is missing");
     return words;
 }
 
@@ -31,7 +31,7 @@ std::int64_t ParseNumber(const std::string& text, NumberRange range) {
         if (used == text.size() && number >= range.least && number <= range.most) return number;
     } catch (const std::logic_error&) {
     }
-    throw UsageError("'" + text + "' is no number from " + std::to_string(range.least) + " to " +
+    throw UsageError("'" + text + "' is not a number from " + std::to_string(range.least) + " to " +
                      std::to_string(range.most));
 }
 
@@ -74,7 +74,7 @@ std::string Arguments::RequireWord(std::string_view meaning) {
 }
 
 void Arguments::ExpectNoMore() const {
-    if (!words_.empty()) throw UsageError("'" + words_.front() + "' is not understood");
+    if (!words_.empty()) throw UsageError("'" + words_.front() + "' is not expected here");
 }
 
 }  // namespace agent_sim

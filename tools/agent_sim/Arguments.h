@@ -1,5 +1,5 @@
 // The words of one request, from the command line or from a line of standard input: a verb, further
-// words, and options that begin with "--" and may stand anywhere.
+// words, and options, which begin with "--" and may be anywhere.
 #pragma once
 
 #include <cstdint>
@@ -11,43 +11,43 @@
 
 namespace agent_sim {
 
-// The request cannot be understood; what() tells the user why.
+// The request is not valid; what() says why.
 class UsageError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Splits a line at blanks. Double quotes hold a word with blanks together; a backslash is nothing
-// special, for paths have them.
+// Splits a line at blanks. A word in double quotes may contain blanks. A backslash is an ordinary
+// character, as in paths.
 std::vector<std::string> SplitLine(std::string_view line);
 
 struct NumberRange {
     std::int64_t least, most;
 };
-// What 32 bits can hold, with or without a sign.
+// All numbers of 32 bits, signed or unsigned.
 constexpr NumberRange kAnyCode{INT32_MIN, UINT32_MAX};
 
 // A number in decimal or 0x hexadecimal, with or without a sign.
 std::int64_t ParseNumber(const std::string& text, NumberRange range);
 
-// Each Take removes what it gives, so that ExpectNoMore finds what nobody knew.
+// Each Take function removes what it returns. ExpectNoMore throws if words are left.
 class Arguments {
 public:
     explicit Arguments(std::vector<std::string> words) : words_(std::move(words)) {}
 
-    // Whether the first word that is left is this one.
+    // Whether the first remaining word is `word`.
     bool NextIs(std::string_view word) const { return !words_.empty() && words_.front() == word; }
 
     // Whether the option was given.
     bool TakeFlag(std::string_view option);
-    // The word behind the option; the last one counts if it was given more than once.
+    // The word after the option; of several occurrences the last one.
     std::optional<std::string> TakeValue(std::string_view option);
-    // The words behind each occurrence of the option.
+    // The words after each occurrence of the option.
     std::vector<std::string> TakeValues(std::string_view option);
-    // As TakeValue, for a number as ParseNumber reads it.
+    // As TakeValue, for a number in the form of ParseNumber.
     std::optional<std::int64_t> TakeNumber(std::string_view option, NumberRange range);
-    // The first word that is left. Take the options before it.
+    // The first remaining word. Take the options first.
     std::optional<std::string> TakeWord();
-    // The same for a word that must be there; `meaning` names it in the complaint.
+    // The same for a required word; `meaning` names it in the error message.
     std::string RequireWord(std::string_view meaning);
 
     void ExpectNoMore() const;

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdio>
 
-#include "Home.h"
+#include "AgentDirectory.h"
 #include "HostLog.h"
 #include "Notification.h"
 #include "Plan.h"
@@ -18,19 +18,19 @@ Action Prepare(Arguments& arguments) {
     const bool useTcp = arguments.TakeFlag("--tcp");
     const auto applet = arguments.TakeValue("--applet").value_or("");
     return [=] {
-        PrepareHome(directory, useTcp, applet);
-        Say(kNotice, "the agent lives in " + AgentDirectory().string() + ", commands come by " +
+        PrepareAgent(directory, useTcp, applet);
+        Say(kNotice, "agent directory " + AgentDirectory().string() + ", commands by " +
                          (useTcp ? "TCP" : "UDP"));
     };
 }
 
-// A text for the notification, whose format has no place for control characters.
+// A text for the notification. XML allows no control characters.
 std::optional<std::string> TakeText(Arguments& arguments, std::string_view option) {
     auto text = arguments.TakeValue(option);
     if (text && std::any_of(text->begin(), text->end(), [](char c) {
             return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n';
         }))
-        throw UsageError(std::string(option) + " holds a control character");
+        throw UsageError(std::string(option) + " contains a control character");
     return text;
 }
 
@@ -60,7 +60,8 @@ Action Health(Arguments& arguments) {
 // A field of the cache file, which is one line. A colon ends any but the last.
 std::string CheckedField(std::string field, const char* refused) {
     if (field.find_first_of(refused) != std::string::npos)
-        throw UsageError("'" + field + "' holds a character that ends a field of the cache file");
+        throw UsageError("'" + field +
+                         "' contains a character that ends a field of the cache file");
     return field;
 }
 
@@ -85,7 +86,7 @@ Action Withdraw(Arguments&) {
 }
 
 Result TakeResult(Arguments& arguments) {
-    constexpr NumberRange kAge{0, 10'000'000'000};  // back to the year in which the clock begins
+    constexpr NumberRange kAge{0, 10'000'000'000};  // seconds, back to the first year of a FILETIME
     Result result;
     result.age = arguments.TakeNumber("--age", kAge).value_or(0);
     if (arguments.TakeFlag("--no-time")) result.age.reset();
@@ -95,7 +96,7 @@ Result TakeResult(Arguments& arguments) {
     return result;
 }
 
-// "result 3010"; of a failure the eight digits by which it is known.
+// "result 3010", or "result 0x80070002" for a failure.
 std::string ResultText(std::uint32_t code) {
     char digits[16];
     std::snprintf(digits, sizeof digits, code >> 31 ? "0x%08X" : "%u", code);
@@ -120,7 +121,7 @@ Action Downloaded(Arguments& arguments) {
 Action Clear(Arguments&) {
     return [] {
         ClearResults();
-        Say(kNotice, "no results of downloads and installations are left");
+        Say(kNotice, "all results of downloads and installations are deleted");
     };
 }
 
@@ -153,7 +154,7 @@ void SayResults(const char* title, const std::vector<Result>& results) {
 void SayStatus() {
     Say(kNotice, "directory   " + AgentDirectory().string());
     const auto notification = ReadNotification(NotificationPath());
-    Say(kNotice, "health      " + (notification ? notification->state : "not told"));
+    Say(kNotice, "health      " + (notification ? notification->state : "not reported"));
     const auto offer = ReadOffer();
     Say(kNotice, "on offer    " + (offer ? offer->name + " " + offer->version : "nothing"));
     SayResults("installed   ", InstallResults());
@@ -171,39 +172,45 @@ struct Verb {
 constexpr std::array<Verb, 9> kVerbs{{
     {"prepare",
      "  prepare [--directory DIR] [--tcp] [--applet FILE]\n"
-     "      set up the registry as an installed agent has it: the agent's directory (default: the\n"
-     "      current one), commands over TCP instead of UDP, the Control Panel applet library\n",
+     "      write the registry values of an installed agent: its directory (default: the current\n"
+     "      one), commands by TCP instead of UDP, the Control Panel applet\n",
      Prepare},
     {"health",
      "  health low|medium|high|unknown [--message TEXT] [--page URL] [--no-popup] "
      "[--auto-install]\n"
      "         [--disabled] [--no-icon] [--restrict FIRST-LAST]...\n"
-     "      write the health notification; a message pops up as a box, a page is opened;\n"
-     "      the applet's reader drops white space behind a line end and behind & < > and quotes\n",
+     "      write the health document; a message opens a box, a page opens in the browser. A\n"
+     "      document with the state that is shown already has no effect. The applet drops white\n"
+     "      space after a line end and after & < > and quotes.\n",
      Health},
     {"offer",
      "  offer NAME VERSION [THIRD [FOURTH]]\n"
-     "      put an update on offer; the applet announces a VERSION above its own, as 4.2.8-1\n",
+     "      put an update on offer. The applet announces it if VERSION, such as 4.2.8-1, is "
+     "higher\n"
+     "      than its own, a health document has arrived since its start, and --auto-install is "
+     "off.\n",
      OfferUpdate},
-    {"withdraw", "  withdraw\n      take the offer back\n", Withdraw},
+    {"withdraw", "  withdraw\n      delete the offer\n", Withdraw},
     {"installed",
      "  installed FILE CODE [--age SECONDS | --no-time]\n"
-     "      report an installation; 0 is success, 3010 a success that needs a restart\n",
+     "      report an installation. FILE is the full path of the installed file. 0 is success, "
+     "3010\n"
+     "      success that requires a restart. Results older than ten minutes are not announced.\n",
      Installed},
     {"downloaded",
      "  downloaded FILE CODE [--age SECONDS | --no-time]\n"
-     "      report a download; negative codes, as 0x80070002, are failures\n",
+     "      report a download. Negative codes, such as 0x80070002, are failures; only they are\n"
+     "      announced.\n",
      Downloaded},
-    {"clear", "  clear\n      forget all results of installations and downloads\n", Clear},
+    {"clear", "  clear\n      delete all results of installations and downloads\n", Clear},
     {"plan",
      "  plan [--reassess next|same|STATE] [--downloads fail|succeed[,...]] [--package FILE]\n"
      "       [--install-result CODE]\n"
-     "      how to answer what the applet asks for: a new assessment (default: next), downloads "
-     "in\n"
-     "      turn (default: succeed); FILE is what a downloaded update is said to be installed "
-     "from\n",
+     "      set the answers to requests of the applet: a new assessment (default: next), each\n"
+     "      download in turn (default: succeed). FILE is reported as the file of an installed\n"
+     "      update.\n",
      SetPlan},
-    {"status", "  status\n      show what is set\n", Status},
+    {"status", "  status\n      show the present state\n", Status},
 }};
 
 }  // namespace
@@ -215,42 +222,50 @@ std::string VerbsText() {
 }
 
 std::string HelpText() {
-    return "agent_sim stands in for the agent daemon, so that the tray applet can be tried without "
-           "it.\n"
+    return "agent_sim is a stand-in for the agent daemon, to try the tray applet without it.\n"
            "\n"
            "Usage: agent_sim [LOG OPTIONS] COMMAND [WORDS AND OPTIONS]\n"
            "\n"
-           "Commands that go on until they are interrupted:\n"
+           "Commands that run until they are interrupted:\n"
            "  listen\n"
-           "      take the applet's frames on UDP port 30022 and TCP port 30024, show and answer "
-           "them\n"
-           "      as planned, and carry out the commands below from standard input, one a line;\n"
-           "      'quit' ends\n"
+           "      receive the frames of the applet on UDP port 30022 and TCP port 30024, show them "
+           "and\n"
+           "      answer them as planned. Also read the commands below from standard input, one a\n"
+           "      line; 'quit' ends.\n"
            "  demo [--pace SECONDS]\n"
-           "      the same, and play everything the applet can show, a step each 12 seconds; then "
+           "      the same, and show all features of the applet, one step each 12 seconds; then "
            "end\n"
            "\n"
-           "Commands that do one thing and end; a listening agent_sim takes them as well:\n" +
+           "Commands that end when they are done; a listening agent_sim reads them as well:\n" +
            VerbsText() +
            "\n"
            "Log options:\n"
-           "  --log FILE          log to a file too; it is moved aside at 200 MiB\n"
+           "  --log FILE          also log to a file, which rotates at 200 MiB\n"
            "  --log-level N       1 errors, 3 events, 4 the bytes of frames (default)\n"
-           "  --log-mask N        areas, bit by bit; 1 is agent_sim's own, 0x7ff all\n"
-           "  --log-line LIST     what a line begins with: name, pid, line, date, time or none;\n"
+           "  --log-mask N        mask of areas; 1 is that of agent_sim, 0x7ff all\n"
+           "  --log-line LIST     prefix of a line: name, pid, line, date, time or none;\n"
            "                      truncate empties the file first (default: name,time)\n"
-           "  --quiet             nothing on the console\n"
+           "  --quiet             no output to the console\n"
            "The environment variables HLX_DAEMON_TRACE_PATH, _LEVEL and _MASK set the first "
            "three.\n"
            "\n"
-           "Exit codes: 0 done, 1 could not be done, 2 not understood.\n";
+           "When a daemon of your own writes the files of the agent:\n"
+           "  The applet compares the last-write time of a file, in whole seconds, with its clock\n"
+           "  reading five seconds earlier. Write a new file, set its last-write time one second\n"
+           "  ahead, and rename it into place. A file that is open for writing is skipped, and "
+           "the\n"
+           "  change is lost. After 'Reassess health' the applet sends no second request until "
+           "the\n"
+           "  health document changes. docs/interfaces.md has all rules.\n"
+           "\n"
+           "Exit codes: 0 done, 1 failed, 2 not a valid request.\n";
 }
 
 Action Understand(Arguments arguments) {
     const std::string name = arguments.RequireWord("the command");
     const auto verb = std::find_if(kVerbs.begin(), kVerbs.end(),
                                    [&](const Verb& known) { return known.name == name; });
-    if (verb == kVerbs.end()) throw UsageError("there is no command '" + name + "'");
+    if (verb == kVerbs.end()) throw UsageError("unknown command '" + name + "'");
     Action action = verb->understand(arguments);
     arguments.ExpectNoMore();
     return action;

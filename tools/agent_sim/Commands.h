@@ -1,4 +1,4 @@
-// What the stand-in can be told to do, on the command line or while it listens.
+// The commands of the stand-in, given on its command line or while it listens.
 #pragma once
 
 #include <functional>
@@ -8,17 +8,16 @@
 
 namespace agent_sim {
 
-// The whole of --help.
+// The text of --help.
 std::string HelpText();
 
-// The verbs alone, for a user who is at the prompt.
+// The part of it that lists the commands.
 std::string VerbsText();
 
-// What is to be done for a request. May throw std::exceptions of its own for what cannot be done.
+// Carries out a request. Throws a std::exception if that fails.
 using Action = std::function<void()>;
 
-// Understands the request that begins with the verb, whole; nothing is done yet. Throws UsageError
-// for what it does not understand.
+// Parses a complete request, without carrying it out. Throws UsageError if it is not valid.
 Action Understand(Arguments arguments);
 
 }  // namespace agent_sim

@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "Commands.h"
-#include "Home.h"
+#include "AgentDirectory.h"
 #include "Notification.h"
 #include "Plan.h"
 #include "Updates.h"
@@ -15,7 +15,7 @@
 namespace agent_sim {
 namespace {
 
-// Each step with what the user should see of it.
+// A command, and what the user then sees.
 struct Step {
     const char* command;
     const char* seen;
@@ -26,15 +26,14 @@ constexpr std::array<Step, 9> kDemo{{
     {"health medium --message \"Please contact your administrator.\"", "a box with the message"},
     {"health high --page http://localhost/health", "the page, and an icon for high health"},
     {"plan --reassess medium --downloads fail,succeed", "choose 'Reassess health' in the menu"},
-    {"offer \"Tessara Link\" 4.2.8-1",
-     "a second icon offers an update; answer Yes for its download"},
-    {"downloaded \"definitions.cab\" 0x80070002", "a third icon tells of a failed download"},
-    {"installed \"Tessara Link 4.2.8-1.msi\" 3010", "a fourth icon tells of an installation"},
-    {"health low --disabled", "the health icon goes"},
-    {"health high", "and comes back"},
+    {"offer \"Tessara Link\" 4.2.8-1", "a second icon offers an update; Yes downloads it"},
+    {"downloaded \"definitions.cab\" 0x80070002", "a third icon reports a failed download"},
+    {"installed \"Tessara Link 4.2.8-1.msi\" 3010", "a fourth icon reports an installation"},
+    {"health low --disabled", "the health icon disappears"},
+    {"health high", "the health icon appears again"},
 }};
 
-// A line of any length without its end; false at the end of the input.
+// Reads a line without its line end. False at the end of the input.
 bool ReadLine(std::string& line) {
     line.clear();
     int c;
@@ -55,7 +54,8 @@ void Reassess() {
 
 SocketsInUse::SocketsInUse() {
     WSADATA data{};
-    if (WSAStartup(0x0202, &data) != 0) throw std::runtime_error("there are no sockets");
+    if (WSAStartup(0x0202, &data) != 0)
+        throw std::runtime_error("the sockets cannot be initialised");
 }
 
 Daemon::Daemon(HostLog& log)
@@ -124,7 +124,7 @@ void Daemon::PlayDemo(std::int64_t pace) {
         Obey(Arguments(SplitLine(step.command)));
         {
             const std::lock_guard lock(mutex_);
-            Say(kNotice, std::string("  to be seen: ") + step.seen);
+            Say(kNotice, std::string("  you see: ") + step.seen);
         }
         std::this_thread::sleep_for(std::chrono::seconds(pace));
     }

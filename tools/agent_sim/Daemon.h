@@ -1,5 +1,5 @@
-// The stand-in at work: it listens, shows what comes, answers by the plan, and takes commands
-// meanwhile.
+// The listening stand-in: shows the frames that arrive, answers them by the plan, and carries out
+// commands.
 #pragma once
 
 #include <mutex>
@@ -11,7 +11,7 @@
 
 namespace agent_sim {
 
-// The process's use of sockets.
+// Initialises the sockets of the process.
 class SocketsInUse {
 public:
     SocketsInUse();
@@ -22,17 +22,17 @@ public:
 
 class Daemon {
 public:
-    // Listens from here on. Throws std::runtime_error if the ports are taken.
+    // Starts to listen. Throws std::runtime_error if a port is in use.
     explicit Daemon(HostLog& log);
 
-    // Carries out one command; what is wrong with it is said, not thrown.
+    // Carries out one command. Errors are logged, not thrown.
     void Obey(Arguments arguments);
 
-    // Carries out the lines of standard input up to "quit"; after the end of the input it goes on
-    // listening for good.
+    // Carries out the lines of standard input up to "quit". After the end of the input it listens
+    // until the process is ended.
     void ObeyInput();
 
-    // Plays everything the applet can show, a step each `pace` seconds.
+    // Shows all features of the applet, one step each `pace` seconds.
     void PlayDemo(std::int64_t pace);
 
 private:

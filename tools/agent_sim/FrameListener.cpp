@@ -13,7 +13,7 @@ namespace agent_sim {
 namespace {
 
 constexpr int kLargestDatagram = 65536;
-constexpr std::size_t kMostConnections = 50;  // those beyond wait; select knows 64 on Windows
+constexpr std::size_t kMostConnections = 50;  // more have to wait; select handles 64 on Windows
 
 sockaddr_in LocalAddress(std::uint16_t port) {
     sockaddr_in address{};
@@ -31,7 +31,7 @@ SOCKET BoundSocket(int type, std::uint16_t port, const char* name) {
         return handle;
     if (handle != INVALID_SOCKET) closesocket(handle);
     throw std::runtime_error(std::string("cannot listen on ") + name +
-                             "; does another daemon hold it?");
+                             "; is another daemon running?");
 }
 
 char* AsChars(std::uint8_t* bytes) { return reinterpret_cast<char*>(bytes); }
@@ -40,16 +40,16 @@ char* AsChars(std::uint8_t* bytes) { return reinterpret_cast<char*>(bytes); }
 
 FrameListener::FrameListener(Handler handler)
     : handler_(std::move(handler)),
-      datagrams_(BoundSocket(SOCK_DGRAM, kHlxUdpPort, "UDP port 30022")),
-      stream_(BoundSocket(SOCK_STREAM, kHlxTcpPort, "TCP port 30024")) {
+      datagrams_(BoundSocket(SOCK_DGRAM, HLX_UDP_PORT, "UDP port 30022")),
+      stream_(BoundSocket(SOCK_STREAM, HLX_TCP_PORT, "TCP port 30024")) {
     if (listen(stream_.Handle(), SOMAXCONN) != 0) throw std::runtime_error("cannot listen on TCP");
     thread_ = std::thread([this] { Listen(); });
 }
 
-// The datagram has the thread look at the flag at once.
+// The datagram wakes the thread, which then reads the flag.
 FrameListener::~FrameListener() {
     ending_ = true;
-    const sockaddr_in address = LocalAddress(kHlxUdpPort);
+    const sockaddr_in address = LocalAddress(HLX_UDP_PORT);
     sendto(datagrams_.Handle(), "", 0, 0, reinterpret_cast<const sockaddr*>(&address),
            sizeof address);
     thread_.join();
@@ -60,7 +60,7 @@ void FrameListener::Listen() {
         try {
             Serve();
         } catch (const std::exception&) {
-            std::this_thread::sleep_for(std::chrono::seconds(1));  // a want that may pass
+            std::this_thread::sleep_for(std::chrono::seconds(1));  // possibly a transient shortage
         }
     }
 }
@@ -85,9 +85,9 @@ void FrameListener::Serve() {
         return FD_ISSET(connection.peer.Handle(), &readable) && !ServeConnection(connection);
     });
     if (FD_ISSET(stream_.Handle(), &readable)) {
-        const SOCKET fresh = accept(stream_.Handle(), nullptr, nullptr);
-        if (fresh == INVALID_SOCKET) throw std::runtime_error("cannot accept a connection");
-        connections_.emplace_back(fresh);
+        const SOCKET accepted = accept(stream_.Handle(), nullptr, nullptr);
+        if (accepted == INVALID_SOCKET) throw std::runtime_error("cannot accept a connection");
+        connections_.emplace_back(accepted);
     }
 }
 

@@ -12,7 +12,7 @@
 
 namespace agent_sim {
 
-// A socket that closes itself.
+// Owns a socket.
 class Socket {
 public:
     explicit Socket(SOCKET handle) : handle_(handle) {}
@@ -25,14 +25,14 @@ private:
     SOCKET handle_;
 };
 
-// Listens on a thread of its own from construction to destruction.
+// Receives on a thread of its own from construction to destruction.
 class FrameListener {
 public:
-    // Called on the listener's thread with "UDP" or "TCP" and what came: a whole frame, or bytes
-    // that are none, of which a peer sends no more. What it throws is lost.
+    // Called on the listener's thread with "UDP" or "TCP" and the bytes received: a complete frame,
+    // or the last bytes of a peer that are not one. Exceptions are ignored.
     using Handler = std::function<void(const char* transport, Bytes frame)>;
 
-    // Throws std::runtime_error if a port is taken.
+    // Throws std::runtime_error if a port is in use.
     explicit FrameListener(Handler handler);
     ~FrameListener();
 
@@ -44,10 +44,10 @@ private:
     };
 
     void Listen();
-    // Waits for what comes, a second at most, and serves it. Throws if a call or memory fails.
+    // Waits at most a second for data and receives it. Throws if a call or an allocation fails.
     void Serve();
     void ServeDatagram();
-    // Whether the connection goes on.
+    // False: the connection is to be closed.
     bool ServeConnection(Connection& connection);
 
     Handler handler_;

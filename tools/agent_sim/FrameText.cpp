@@ -12,7 +12,7 @@
 namespace agent_sim {
 namespace {
 
-constexpr std::size_t kHeaderSize = kHlxFrameHeaderSize;
+constexpr std::size_t kHeaderSize = HLX_FRAME_HEADER_SIZE;
 constexpr std::size_t kBytesPerLine = 16;
 constexpr std::size_t kMostBytesShown = 1024;
 
@@ -23,17 +23,17 @@ struct CommandName {
 };
 
 constexpr std::array<CommandName, 11> kCommands{
-    {{HLX_COMMAND_2, "command without data", kHlxBarePayloadSize},
+    {{HLX_COMMAND_2, "command without data", HLX_BARE_PAYLOAD_SIZE},
      {HLX_COMMAND_COMPOSITE, "composite message", 0},
-     {HLX_COMMAND_REASSESS, "reassess health", kHlxBarePayloadSize},
-     {HLX_COMMAND_5, "command without data", kHlxBarePayloadSize},
-     {HLX_COMMAND_6, "command without data", kHlxBarePayloadSize},
-     {HLX_COMMAND_DOWNLOAD, "download updates", kHlxBarePayloadSize},
-     {HLX_COMMAND_RECORD_8, "record", kHlxRecord8Size},
-     {HLX_COMMAND_RECORD_9, "record", kHlxRecord9Size},
+     {HLX_COMMAND_REASSESS, "reassess health", HLX_BARE_PAYLOAD_SIZE},
+     {HLX_COMMAND_5, "command without data", HLX_BARE_PAYLOAD_SIZE},
+     {HLX_COMMAND_6, "command without data", HLX_BARE_PAYLOAD_SIZE},
+     {HLX_COMMAND_DOWNLOAD, "download updates", HLX_BARE_PAYLOAD_SIZE},
+     {HLX_COMMAND_RECORD_8, "record", HLX_RECORD_8_SIZE},
+     {HLX_COMMAND_RECORD_9, "record", HLX_RECORD_9_SIZE},
      {HLX_COMMAND_TEXT, "text", 0},
-     {HLX_COMMAND_12, "command without data", kHlxBarePayloadSize},
-     {HLX_COMMAND_13, "command without data", kHlxBarePayloadSize}}};
+     {HLX_COMMAND_12, "command without data", HLX_BARE_PAYLOAD_SIZE},
+     {HLX_COMMAND_13, "command without data", HLX_BARE_PAYLOAD_SIZE}}};
 
 const CommandName* FindCommand(std::uint32_t number) {
     const auto found =
@@ -87,7 +87,7 @@ void DescribeComposite(std::vector<std::string>& lines, Bytes payload) {
 void DescribeText(std::vector<std::string>& lines, Bytes payload) {
     const bool ended = !payload.empty() && payload.back() == 0;
     const Bytes text = ended ? payload.first(payload.size() - 1) : payload;
-    lines.push_back("  \"" + Printable(text) + (ended ? "\"" : "\", without its terminating zero"));
+    lines.push_back("  \"" + Printable(text) + (ended ? "\"" : "\", without its terminating NUL"));
 }
 
 void DescribePayload(std::vector<std::string>& lines, std::uint32_t number, Bytes payload) {
@@ -104,7 +104,7 @@ void DumpBytes(std::vector<std::string>& lines, Bytes bytes) {
         lines.push_back("  and " + Count(bytes.size() - shown.size()) + " more");
 }
 
-// A frame that is no shorter than a header.
+// A frame of at least the length of a header.
 struct Frame {
     explicit Frame(Bytes frame)
         : number(hlx_loadBig32(frame.data())),
@@ -112,10 +112,10 @@ struct Frame {
           payload(frame.subspan(kHeaderSize)),
           known(FindCommand(number)) {}
 
-    // What is wrong with its lengths; empty: nothing.
+    // The error in its lengths; empty if there is none.
     std::string Fault() const {
         if (announced > kLongestPayload)
-            return "the header announces " + Count(announced) + ", more than are taken";
+            return "the header announces " + Count(announced) + ", more than are accepted";
         if (announced != payload.size()) return "the header announces " + Count(announced);
         if (known && known->length && known->length != announced)
             return "the command has " + Count(known->length);
@@ -140,7 +140,7 @@ std::optional<std::uint32_t> CommandOf(Bytes bytes) {
 std::vector<std::string> DescribeFrame(Bytes bytes) {
     std::vector<std::string> lines;
     if (bytes.size() < kHeaderSize) {
-        lines.push_back("no frame: " + Count(bytes.size()) + ", shorter than a header");
+        lines.push_back("not a frame: " + Count(bytes.size()) + ", shorter than a header");
     } else {
         const Frame frame(bytes);
         lines.push_back("command " + std::to_string(frame.number) + ", " +

@@ -1,4 +1,4 @@
-// Frames of the command channel in words, for people who look at what the applet sends.
+// Frames of the command channel as text.
 #pragma once
 
 #include <cstdint>
@@ -11,26 +11,25 @@ namespace agent_sim {
 
 using Bytes = std::span<const std::uint8_t>;
 
-// Who announces more bytes than these is not listened to.
+// In bytes. A peer that announces a longer payload is disconnected.
 constexpr std::uint32_t kLongestPayload = 1 << 20;
 
-// The command number of a frame; nothing if there is anything wrong with its lengths.
+// The command number of a frame; nothing if one of its lengths is not correct.
 std::optional<std::uint32_t> CommandOf(Bytes frame);
 
-// What the frame says, first line first: the command with its name and length, what is wrong with
-// it if anything is, what its payload holds as far as that is known, and its first bytes, a
-// kilobyte at most, in hexadecimal.
+// Describes a frame in lines: the command with its name and length, an error in its lengths, the
+// contents of a known payload, and at most 1024 bytes in hexadecimal.
 std::vector<std::string> DescribeFrame(Bytes frame);
 
-// Cuts a stream of bytes into frames.
+// Splits a stream of bytes into frames.
 class FrameSplitter {
 public:
     void Append(Bytes bytes);
-    // The next frame that is complete.
+    // Removes and returns the next complete frame.
     std::optional<std::vector<std::uint8_t>> Next();
-    // The size of the frame that comes, without its header; 0 while that is not known.
+    // The payload length in the header of the next frame; 0 while that is not known.
     std::uint32_t Announced() const;
-    // What has come and is no complete frame.
+    // The received bytes that are not a complete frame.
     Bytes Rest() const { return rest_; }
 
 private:

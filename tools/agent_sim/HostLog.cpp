@@ -9,7 +9,7 @@
 namespace agent_sim {
 namespace {
 
-constexpr std::uint32_t kAgentArea = 0x01;  // a mask bit that the common code leaves free
+constexpr std::uint32_t kAgentArea = 0x01;  // a mask bit that the common library does not use
 
 struct NamedOption {
     std::string_view name;
@@ -32,7 +32,7 @@ std::uint32_t ParseOptions(std::string_view list) {
         for (const NamedOption& option : kOptions)
             if (option.name == name) bit = option.bit;
         if (!bit && name != "none")
-            throw UsageError("'" + std::string(name) + "' is no option of the log");
+            throw UsageError("'" + std::string(name) + "' is not a log option");
         bits |= bit;
     }
     return bits;
@@ -52,10 +52,10 @@ void Say(Level level, const std::string& line) {
 
 LogSettings TakeLogSettings(Arguments& arguments) {
     LogSettings settings;
-    // The allocator's area stays out: it tells the address of every block.
+    // Without the area of the allocator, which logs the address of every block.
     settings.mask = kAgentArea | HLX_AREA_SWCACHE;
     hlx_logReadEnv("HLX_DAEMON", &settings.level, &settings.mask, settings.path);
-    if (const auto wanted = arguments.TakeNumber("--log-level", {0, kHlxMaximumLogLevel}))
+    if (const auto wanted = arguments.TakeNumber("--log-level", {0, HLX_MAXIMUM_LOG_LEVEL}))
         settings.level = static_cast<std::int32_t>(*wanted);
     if (const auto wanted = arguments.TakeNumber("--log-mask", {0, UINT32_MAX}))
         settings.mask = static_cast<std::uint32_t>(*wanted);

@@ -1,5 +1,5 @@
-// The stand-in as a host of the common library's trace log. All that it reports are log statements,
-// written to the console and, if wanted, to a file; the library's own statements go the same way.
+// The stand-in as a host of the trace log. Its whole output are log statements, written to the
+// console and optionally to a file. The statements of the common library go to the same sinks.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +23,8 @@ struct LogSettings {
     bool quiet = false;
 };
 
-// The settings of the environment ("HLX_DAEMON_TRACE_LEVEL" and its kin) and, with precedence, of
-// the log options on the command line, which are taken out of it. Throws UsageError.
+// Reads the settings from the environment ("HLX_DAEMON_TRACE_LEVEL" and the others), then from the
+// log options of the command line, which take precedence and are removed. Throws UsageError.
 LogSettings TakeLogSettings(Arguments& arguments);
 
 class HostLog {
@@ -35,8 +35,7 @@ public:
     HostLog(const HostLog&) = delete;
     HostLog& operator=(const HostLog&) = delete;
 
-    // To be called now and then, while no other thread writes: moves a file that has grown too
-    // large aside.
+    // Rotates a log file that is too large. Call it while no other thread writes.
     void Rotate();
 
 private:

@@ -7,21 +7,20 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
 
+#include "AgentDirectory.h"
 #include "Arguments.h"
 #include "ExpatImpl.h"
-#include "Home.h"
-#include "hlxHealthResult.h"
-#include "hlxMalloc.h"
+#include "hlxHealthReport.h"
+#include "hlxInterface.h"
 
 namespace agent_sim {
 namespace {
 
-// By their numbers in the common library.
+// Indexed by HlxHealthState.
 constexpr std::array<std::string_view, 4> kStates = {"unknown", "low", "medium", "high"};
 
 std::string Escaped(std::string_view text) {
@@ -57,7 +56,7 @@ std::string DottedAddress(std::uint32_t networkOrder) {
     return dotted;
 }
 
-// A reader that holds the file on Windows keeps it from being replaced for a moment.
+// On Windows the file cannot be replaced while a reader has it open.
 void Replace(const std::filesystem::path& fresh, const std::filesystem::path& file) {
     constexpr int kAttempts = 50;
     for (int attempt = 1;; ++attempt) {
@@ -70,15 +69,11 @@ void Replace(const std::filesystem::path& fresh, const std::filesystem::path& fi
     }
 }
 
-// What the library hands out in guarded blocks.
-template <class T>
-using Guarded = std::unique_ptr<T, decltype(&hlxfree)>;
-
 }  // namespace
 
 void CheckState(const std::string& state) {
     if (std::find(kStates.begin(), kStates.end(), state) == kStates.end())
-        throw UsageError("'" + state + "' is no health state");
+        throw UsageError("'" + state + "' is not a health state");
 }
 
 std::string ToXml(const Notification& notification) {
@@ -115,32 +110,22 @@ std::optional<Notification> ReadNotification(const std::filesystem::path& file) 
     if (!stream) return std::nullopt;
     const std::string text((std::istreambuf_iterator<char>(stream)), {});
 
-    std::uint32_t autoInstall = 0, enabled = 0, state = 0, displayIcon = 0;
-    std::uint32_t messagePopup = 0, urlPopup = 0, slots = 0;
-    char* message = nullptr;
-    char* url = nullptr;
-    std::uint32_t* ranges = nullptr;
     const CHlxExpatWrapper parserLibrary;
-    const auto result =
-        hlx_parseHealthResult(text.c_str(), &autoInstall, &enabled, &state, &displayIcon, nullptr,
-                              &message, &messagePopup, &url, &urlPopup, &slots, &ranges);
-    const Guarded<char> ownMessage(message, hlxfree);
-    const Guarded<char> ownUrl(url, hlxfree);
-    const Guarded<std::uint32_t> ownRanges(ranges, hlxfree);
-    if (result != 0) return std::nullopt;
-
-    Notification notification{.state = std::string(kStates.at(state)),
-                              .enabled = enabled != 0,
-                              .displayIcon = displayIcon != 0,
-                              .autoInstall = autoInstall != 0,
-                              .message = message ? message : "",
-                              .messagePopup = messagePopup != 0,
-                              .url = url ? url : "",
-                              .urlPopup = urlPopup != 0,
+    HealthReport report;
+    if (report.Read(text.c_str()) != HLX_DONE) return std::nullopt;
+    Notification notification{.state = std::string(kStates.at(report.state)),
+                              .enabled = report.enabled != 0,
+                              .displayIcon = report.displayIcon != 0,
+                              .autoInstall = report.autoInstall != 0,
+                              .message = report.message ? report.message : "",
+                              .messagePopup = report.messagePopup != 0,
+                              .url = report.url ? report.url : "",
+                              .urlPopup = report.urlPopup != 0,
                               .restrictions = {}};
-    for (std::uint32_t slot = 0; ranges && slot < slots; slot += 2)
-        notification.restrictions.push_back(DottedAddress(ranges[slot]) + "-" +
-                                            DottedAddress(ranges[slot + 1]));
+    const std::uint32_t* const addresses = report.restrictAddresses;
+    for (std::uint32_t slot = 0; addresses && slot < report.restrictCount; slot += 2)
+        notification.restrictions.push_back(DottedAddress(addresses[slot]) + "-" +
+                                            DottedAddress(addresses[slot + 1]));
     return notification;
 }
 

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "Arguments.h"
-#include "Home.h"
+#include "AgentDirectory.h"
 #include "Notification.h"
 #include "RegistryKey.h"
 
@@ -54,7 +54,7 @@ void Plan::SetPackage(const Package& package) {
 }
 
 std::string Plan::Reassessed(const std::string& state) const {
-    const auto answer =
+    auto answer =
         RegistryKey(kPlanKey, RegistryKey::For::kReading).Text(kReassess).value_or("next");
     if (answer == "same") return state;
     if (answer != "next") return answer;

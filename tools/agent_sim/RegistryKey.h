@@ -1,4 +1,4 @@
-// A registry key under HKEY_LOCAL_MACHINE, as the stand-in reads and writes it.
+// A registry key below HKEY_LOCAL_MACHINE, opened for reading or for writing.
 #pragma once
 
 #include <windows.h>
@@ -15,8 +15,8 @@ class RegistryKey {
 public:
     enum class For { kReading, kWriting };
 
-    // For writing a missing key is made; throws std::runtime_error if that fails. For reading one
-    // that cannot be opened is an empty one.
+    // For writing, a missing key is created; throws std::runtime_error if that fails. For reading,
+    // a key that cannot be opened has no values.
     RegistryKey(const char* path, For use);
     ~RegistryKey() {
         if (key_) RegCloseKey(key_);
@@ -24,7 +24,7 @@ public:
     RegistryKey(const RegistryKey&) = delete;
     RegistryKey& operator=(const RegistryKey&) = delete;
 
-    // The empty name is the key's default value. The setters throw std::runtime_error on failure.
+    // The empty name is the default value. The setters throw std::runtime_error on failure.
     void SetText(const std::string& name, const std::string& text);
     void SetNumber(const std::string& name, std::uint32_t number);
     void SetBytes(const std::string& name, std::span<const std::uint8_t> bytes);

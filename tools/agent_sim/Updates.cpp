@@ -6,9 +6,10 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "Home.h"
+#include "AgentDirectory.h"
 #include "HostLog.h"
 #include "RegistryKey.h"
+#include "hlxInterface.h"
 #include "hlxSwCache.h"
 
 namespace agent_sim {
@@ -25,7 +26,7 @@ std::uint64_t Now() {
     return static_cast<std::uint64_t>(now.dwHighDateTime) << 32 | now.dwLowDateTime;
 }
 
-// Low half of the time, high half, code; each little-endian, as the machine has it.
+// Time and code, little-endian.
 void Record(const char* key, const Result& result) {
     std::array<std::uint8_t, kRecordSize> bytes{};
     const std::uint64_t time =
@@ -91,17 +92,17 @@ std::optional<Offer> ReadOffer() {
     return Offer{fields[0].c_str(), fields[1].c_str(), fields[2].c_str(), fields[3].c_str()};
 }
 
-void RecordInstall(const Result& result) { Record(kInstallResultsKey, result); }
+void RecordInstall(const Result& result) { Record(HLX_INSTALL_RESULTS_KEY, result); }
 
-void RecordDownload(const Result& result) { Record(kDownloadResultsKey, result); }
+void RecordDownload(const Result& result) { Record(HLX_DOWNLOAD_RESULTS_KEY, result); }
 
-std::vector<Result> InstallResults() { return ReadResults(kInstallResultsKey); }
+std::vector<Result> InstallResults() { return ReadResults(HLX_INSTALL_RESULTS_KEY); }
 
-std::vector<Result> DownloadResults() { return ReadResults(kDownloadResultsKey); }
+std::vector<Result> DownloadResults() { return ReadResults(HLX_DOWNLOAD_RESULTS_KEY); }
 
 void ClearResults() {
-    RegistryKey(kInstallResultsKey, RegistryKey::For::kWriting).DeleteAllValues();
-    RegistryKey(kDownloadResultsKey, RegistryKey::For::kWriting).DeleteAllValues();
+    RegistryKey(HLX_INSTALL_RESULTS_KEY, RegistryKey::For::kWriting).DeleteAllValues();
+    RegistryKey(HLX_DOWNLOAD_RESULTS_KEY, RegistryKey::For::kWriting).DeleteAllValues();
 }
 
 void PlayDownload(Outcome outcome, const Package& package) {

@@ -1,5 +1,5 @@
-// What the daemon leaves behind about software updates: the offer in the cache file, and the
-// results of downloads and installations in the registry.
+// What the daemon writes about software updates: the offer in the cache file, and the results of
+// downloads and installations in the registry.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ struct Offer {
     std::string fourth;
 };
 
-// All throw std::runtime_error or std::filesystem::filesystem_error if they fail.
+// All functions throw std::runtime_error or std::filesystem::filesystem_error if they fail.
 void WriteOffer(const Offer& offer);
 void WithdrawOffer();
 std::optional<Offer> ReadOffer();
@@ -25,7 +25,7 @@ std::optional<Offer> ReadOffer();
 struct Result {
     std::string name;
     std::uint32_t code;
-    std::optional<std::int64_t> age;  // seconds since then; nothing: no time was recorded
+    std::optional<std::int64_t> age;  // in seconds; nothing: no time recorded
 };
 
 void RecordInstall(const Result& result);
@@ -34,18 +34,18 @@ std::vector<Result> InstallResults();
 std::vector<Result> DownloadResults();
 void ClearResults();
 
-// How the daemon's next download ends.
+// The outcome of a download.
 enum class Outcome { kSucceeds, kFails };
 
-// The file that an update is said to be installed from, and what came of it.
+// The file that is reported as installed, and the result code.
 struct Package {
-    std::string file;  // empty: named after the offer, and on no disk
+    std::string file;  // empty: a name made from the offer; no such file exists
     std::uint32_t installResult = 3010;
 };
 
-// Plays the download that the applet has asked for. A failure records every file that failed
-// before, or else the offered one, as failed just now. A success does the opposite, installs the
-// offer and withdraws it. Says what it does.
+// Simulates the download that the applet requested. On failure, records all files that failed
+// before, or else the offered one, as failed now. On success, records them as downloaded, records
+// the installation and deletes the offer. Logs each step.
 void PlayDownload(Outcome outcome, const Package& package);
 
 }  // namespace agent_sim

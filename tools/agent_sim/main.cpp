@@ -1,4 +1,4 @@
-// agent_sim: a stand-in for the agent daemon. What it can do stands in Commands.cpp.
+// agent_sim: a stand-in for the agent daemon. Commands.cpp has its commands.
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -18,7 +18,7 @@ constexpr int kNotUnderstood = 2;
 
 constexpr std::int64_t kDemoPace = 12;  // seconds; a change is seen within 5
 
-// Nothing is touched, the log's file neither, before the whole command line is understood.
+// The complete command line is parsed before anything is changed or a log file is opened.
 void Run(Arguments arguments) {
     const LogSettings settings = TakeLogSettings(arguments);
     const bool listens = arguments.NextIs("listen");

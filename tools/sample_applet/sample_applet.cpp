@@ -1,16 +1,17 @@
-// A stand-in for the agent's Control Panel applet library: one applet, whose sheet has the pages
-// "Health" and "About".
+// A stand-in for the agent's Control Panel applet library: two applets. The first one has a
+// sheet with the pages "Health" and "About", the second one does nothing.
 //
-// For tests two environment variables are looked at when a call comes: if SAMPLE_APPLET_REFUSES is
-// set, CPL_INIT gives 0; SAMPLE_APPLET_JOURNAL names a file to which each call adds a line with its
-// message number and, where there is one, the page asked for.
+// Each call reads two environment variables, for tests: with SAMPLE_APPLET_REFUSES, CPL_INIT
+// returns 0; SAMPLE_APPLET_JOURNAL names a file to which the call appends its owner, its message
+// number, its first parameter and the page name, if any. An exclamation mark follows a CPLINFO that
+// is not zeroed.
 #include <windows.h>
+#include <cstring>
 #include <cpl.h>
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include "resource.h"
 
@@ -61,13 +62,22 @@ INT_PTR CALLBACK OnSheetMessage(HWND sheet, UINT message, WPARAM wParam, LPARAM 
     return TRUE;
 }
 
-void KeepJournal(UINT message, const char* page) {
+bool IsZero(const CPLINFO& info) {
+    return info.idIcon == 0 && info.idName == 0 && info.idInfo == 0 && info.lData == 0;
+}
+
+void KeepJournal(HWND owner, UINT message, LPARAM lParam1, LPARAM lParam2) {
     const char* path = std::getenv("SAMPLE_APPLET_JOURNAL");
-    if (!path) return;
-    if (std::FILE* journal = std::fopen(path, "a")) {
-        std::fprintf(journal, page ? "%u %s\n" : "%u\n", message, page);
-        std::fclose(journal);
-    }
+    std::FILE* journal = path ? std::fopen(path, "a") : nullptr;
+    if (!journal) return;
+    std::fprintf(journal, "%p %u %d", static_cast<void*>(owner), message,
+                 static_cast<int>(lParam1));
+    if (message == CPL_STARTWPARMSA)
+        std::fprintf(journal, " %s", reinterpret_cast<const char*>(lParam2));
+    if (message == CPL_INQUIRE && !IsZero(*reinterpret_cast<const CPLINFO*>(lParam2)))
+        std::fputs(" !", journal);
+    std::fputs("\n", journal);
+    std::fclose(journal);
 }
 
 }  // namespace
@@ -75,13 +85,12 @@ void KeepJournal(UINT message, const char* page) {
 extern "C" __attribute__((visibility("default"))) LONG APIENTRY CPlApplet(HWND owner, UINT message,
                                                                           LPARAM lParam1,
                                                                           LPARAM lParam2) {
-    const bool opens = message == CPL_STARTWPARMSA;
-    KeepJournal(message, opens ? reinterpret_cast<const char*>(lParam2) : nullptr);
+    KeepJournal(owner, message, lParam1, lParam2);
     switch (message) {
         case CPL_INIT:
             return std::getenv("SAMPLE_APPLET_REFUSES") == nullptr;
         case CPL_GETCOUNT:
-            return 1;
+            return 2;
         case CPL_INQUIRE: {
             auto* info = reinterpret_cast<CPLINFO*>(lParam2);
             info->idName = info->idInfo = IDS_CAPTION;
