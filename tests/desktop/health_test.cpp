@@ -6,33 +6,21 @@ namespace {
 class Health : public Story {};
 
 TEST_F(Health, EachStateHasItsTooltipAndBalloon) {
-    StartWith({.state = "low"});
-    const auto icon = desktop::FindIcon(TRAY_ID_HEALTH);
-    ASSERT_TRUE(icon);
-    EXPECT_EQ(icon->image, 129u);
-    EXPECT_EQ(icon->tip, "System health is low");
-    EXPECT_EQ(icon->balloonTitle, "Tessara Link Health");
-    EXPECT_EQ(icon->balloonText,
-              "System health is low; double-click for details.\r\n\r\nNetwork access may be "
-              "limited.");
-    EXPECT_EQ(icon->balloonKind, DWORD{NIIF_USER});
-    EXPECT_EQ(icon->version, 3u);
-    Show({.state = "medium"});
-    EXPECT_EQ(desktop::FindIcon(TRAY_ID_HEALTH)->balloonText,
-              "System health is medium; double-click for details.\r\n\r\nNetwork access may be "
-              "limited.");
-    Show({.state = "high"});
-    EXPECT_EQ(desktop::FindIcon(TRAY_ID_HEALTH)->balloonText,
-              "System health is high; double-click for details.");
-    EXPECT_EQ(desktop::FindIcon(TRAY_ID_HEALTH)->balloons, 3);
-}
-
-TEST_F(Health, ARepeatedStateDoesNothingAtAll) {
-    StartWith({});
-    Show({.message = "new text", .url = "http://new"});
-    EXPECT_THAT(desktop::Boxes(), IsEmpty());
-    EXPECT_THAT(desktop::Pages(), IsEmpty());
-    EXPECT_EQ(desktop::FindIcon(TRAY_ID_HEALTH)->balloons, 1);
+    const std::string limited = "\r\n\r\nNetwork access may be limited.";
+    Start();
+    for (const auto& [state, image, more] :
+         {std::tuple{"low", 129u, limited}, {"medium", 130u, limited}, {"high", 131u, {}}}) {
+        Show({.state = state});
+        const auto icon = desktop::FindIcon(TRAY_ID_HEALTH).value();
+        const std::string tip = std::string("System health is ") + state;
+        EXPECT_EQ(icon.tip, tip);
+        EXPECT_EQ(icon.image, image);
+        EXPECT_EQ(icon.balloonTitle, "Tessara Link Health");
+        EXPECT_EQ(icon.balloonText, tip + "; double-click for details." + more);
+        EXPECT_EQ(icon.balloonKind, DWORD{NIIF_USER});
+        EXPECT_EQ(icon.version, 3u);
+        EXPECT_EQ(icon.balloons, static_cast<int>(image) - 128);
+    }
 }
 
 TEST_F(Health, BoxThenPageThenIcon) {
@@ -51,6 +39,17 @@ TEST_F(Health, BoxThenPageThenIcon) {
     EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
 }
 
+TEST_F(Health, WithoutPopUpOrTextThereIsNoBoxAndWithoutUrlNoPage) {
+    StartWith({});
+    for (const char* elements : {"<Message popup='no'>m</Message><Browser popup='no' url='u'/>",
+                                 "<Message popup='yes'></Message><Browser popup='yes' url=''/>"}) {
+        Show({.state = "low", .more = elements});
+        EXPECT_TRUE(desktop::Boxes().empty() && desktop::Pages().empty()) << elements;
+        EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low") << elements;
+        Show({});
+    }
+}
+
 TEST_F(Health, TheBoxHasTheKindOfItsStateAndAnUnknownStateNoIcon) {
     StartWith({.state = "medium"});
     for (const auto& [state, kind] : {std::pair{"low", MB_ICONEXCLAMATION},
@@ -58,49 +57,10 @@ TEST_F(Health, TheBoxHasTheKindOfItsStateAndAnUnknownStateNoIcon) {
                                       {"critical", MB_ICONEXCLAMATION}}) {
         Show({.state = state, .message = "Please call."});
         ASSERT_EQ(desktop::Boxes().size(), 1u) << state;
-        EXPECT_EQ(static_cast<int>(desktop::Boxes()[0].icon), kind) << state;
+        EXPECT_EQ(static_cast<int>(desktop::Boxes().at(0).icon), kind) << state;
         desktop::Press("OK");
     }
     EXPECT_THAT(Tray(), IsEmpty());
-}
-
-TEST_F(Health, WhileABoxIsOpenTheFirstResultHasTheLastWord) {
-    StartWith({});
-    Show({.state = "low", .message = "first", .url = "http://first"});
-    Show({.state = "medium", .message = "second", .url = "http://second"});
-    ASSERT_EQ(desktop::Boxes().size(), 1u);
-    EXPECT_EQ(desktop::Boxes()[0].text, "first");
-    EXPECT_THAT(desktop::Pages(), ElementsAre("http://second"));
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is medium");
-    ASSERT_TRUE(desktop::Press("OK"));
-    EXPECT_THAT(desktop::Pages(), ElementsAre("http://second", "http://first"));
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
-}
-
-TEST_F(Health, ARefusedBoxOrPageDoesNotKeepTheIconBack) {
-    StartWith({});
-    machine::FailNext("MessageBoxA", 1, ERROR_NOT_ENOUGH_MEMORY);
-    machine::FailNext("ShellExecuteA", 1, ERROR_FILE_NOT_FOUND);
-    Show({.state = "low", .message = "m", .url = "u"});
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
-}
-
-TEST_F(Health, SwitchedOffRemovesTheIconWithoutBoxOrPage) {
-    const HealthDocument off[] = {
-        {.state = "low", .enabled = "no", .message = "m", .url = "u"},
-        {.state = "low", .enabled = {}, .message = "m", .url = "u"},
-        {.state = "low", .icon = "off", .message = "m", .url = "u"},
-        {.state = "low", .icon = {}, .message = "m", .url = "u"},
-    };
-    StartWith({});
-    for (const HealthDocument& document : off) {
-        Show({});
-        ASSERT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
-        Show(document);
-        EXPECT_THAT(Tray(), IsEmpty()) << document.Text();
-    }
-    EXPECT_THAT(desktop::Boxes(), IsEmpty());
-    EXPECT_THAT(desktop::Pages(), IsEmpty());
 }
 
 TEST_F(Health, BadDocumentsLeaveTheLastStateInSilence) {
@@ -126,57 +86,6 @@ TEST_F(Health, BadDocumentsLeaveTheLastStateInSilence) {
     EXPECT_THAT(desktop::Journal(), IsEmpty());
     Show({.state = "low"});
     EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low") << "and a good one is taken again";
-}
-
-TEST_F(Health, WithoutItsParserLibraryTheResultIsDropped) {
-    StartWith({});
-    machine::FailNext("LoadLibraryA", 2, ERROR_MOD_NOT_FOUND);
-    Show({.state = "low"});
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is high");
-    Show({.state = "low"});
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
-}
-
-TEST_F(Health, WhatTheShellRefusesIsTriedAgainWithTheNextResult) {
-    machine::FailNext("Shell_NotifyIconA", 1, 0, NIM_ADD);
-    StartWith({.state = "low"});
-    EXPECT_THAT(Tray(), IsEmpty());
-    Show({.state = "low"});
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low") << "added, since none stands";
-    machine::FailNext("Shell_NotifyIconA", 1, 0, NIM_MODIFY);
-    Show({.state = "medium"});
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
-    Show({.state = "medium"});
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is medium");
-}
-
-TEST_F(Health, OneReassessRequestAtATimeUntilAnyResultComes) {
-    const char frame[] = "00 00 00 04 00 00 00 05 00 00 00 00 00";
-    StartWith({});
-    desktop::PostCommand(ID_REASSESS);
-    EXPECT_THAT(Frames(), ElementsAre(frame));
-    desktop::PostCommand(ID_REASSESS);
-    EXPECT_THAT(Frames(), IsEmpty()) << "the answer is still to come";
-    WriteFile("healthnotif.txt", "no document at all");
-    Pass();
-    desktop::PostCommand(ID_REASSESS);
-    EXPECT_THAT(Frames(), ElementsAre(frame));
-    machine::FailNext("sendto", 1, WSAENETUNREACH);
-    Show({});
-    desktop::PostCommand(ID_REASSESS);
-    desktop::PostCommand(ID_REASSESS);
-    EXPECT_THAT(Frames(), ElementsAre(frame)) << "the first of the two failed and left no mark";
-}
-
-TEST_F(Health, AFileThatAWriterHoldsIsNotRead) {
-    StartWith({});
-    Deliver({.state = "low"});
-    std::FILE* writer = std::fopen((m_agentDirectory / "healthnotif.txt").c_str(), "a");
-    Pass();
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is high");
-    std::fclose(writer);
-    Show({.state = "low"});
-    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is low");
 }
 
 }  // namespace

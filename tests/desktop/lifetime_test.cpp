@@ -1,58 +1,25 @@
-// The applet's start and end: one instance, the start window, the exit codes, an empty tray; scripts.
+// The applet's start and end: one instance, the start window, the exit codes, an empty tray;
+// scripts.
+#include <malloc.h>
+
 #include <cstdlib>
 
-#include "machine/windows_version.h"
+#include "simulator/objects.h"
+#include "simulator/windows_version.h"
 #include "story.h"
 
 namespace {
 
 class Lifetime : public Story {};
 
-TEST_F(Lifetime, EachWayToCloseGivesItsExitCodeAndLeavesTheTrayEmpty) {
-    const struct {
-        UINT message;
-        WPARAM wParam;
-        int exitCode;
-    } ways[] = {{WM_COMMAND, IDOK, 1},
-                {WM_COMMAND, IDCANCEL, 2},
-                {WM_CLOSE, 0, 2},
-                {WM_COMMAND, ID_EXIT, 32780}};
-    for (const auto& way : ways) {
-        StartWith({});
-        Report(kInstallResultsKey, "x", 0);
-        ASSERT_EQ(Tray().size(), 2u);
-        ASSERT_TRUE(desktop::Post(way.message, way.wParam, 0));
-        EXPECT_EQ(ExitCode(), way.exitCode);
-        EXPECT_THAT(Tray(), IsEmpty());
-    }
-}
-
-TEST_F(Lifetime, TheUserLogsOffWhileEverythingIsOpen) {
-    StartWith({});
-    Report(kInstallResultsKey, "x", 0);
-    ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
-    Show({.state = "low", .message = "Please call.", .url = "http://help"});
-    ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
-    EXPECT_EQ(desktop::Dialogs().size(), 2u);
-    EXPECT_EQ(desktop::Boxes().size(), 1u);
-    ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH));
-    ASSERT_TRUE(desktop::LogOff());
-    EXPECT_EQ(ExitCode(), 2);
-    EXPECT_THAT(desktop::Dialogs(), IsEmpty());
-    EXPECT_THAT(desktop::Boxes(), IsEmpty());
-    EXPECT_THAT(desktop::Pages(), IsEmpty()) << "the page behind the box is left out";
-    EXPECT_FALSE(desktop::OpenMenu());
-    EXPECT_EQ(desktop::Journal().back().kind, desktop::EventKind::kEnded);
-}
-
-TEST_F(Lifetime, ASecondInstanceEndsAtOnceAndLeavesTheFirstAlone) {
+TEST_F(Lifetime, ASecondInstanceEndsAtOnceWithoutEffect) {
     StartWith({});
     EXPECT_EQ(std::system(VH_TRAY " < /dev/null > /dev/null"), 0) << "another process";
     EXPECT_EQ(ExitCode(), std::nullopt);
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
 }
 
-TEST_F(Lifetime, TheTerminalSaysWhyAHandFailsAndKeepsControlBytesOut) {
+TEST_F(Lifetime, TheTerminalReportsFailedCommandsAndRemovesControlCharacters) {
     const struct {
         std::string script, printed;
     } scripts[] = {{"press OK", "? no window takes input"},
@@ -65,30 +32,82 @@ TEST_F(Lifetime, TheTerminalSaysWhyAHandFailsAndKeepsControlBytesOut) {
     }
 }
 
-TEST_F(Lifetime, DoesNotStartWhenTheMutexOrTheDialogCannotBeMade) {
-    for (const char* operation : {"CreateMutexA", "CreateDialogParamA"}) {
-        machine::FailNext(operation, 1, ERROR_ACCESS_DENIED);
-        desktop::Session session([] { return WinMain(nullptr, nullptr, nullptr, 0); });
-        desktop::Advance(0ms);
-        EXPECT_EQ(session.ExitCode(), 0) << operation;
-    }
-}
-
-TEST_F(Lifetime, TheMutexSpansSessionsWhereThereAreSome) {
-    for (const auto& [major, prefix] : {std::pair{5u, "Global\\"}, {4u, ""}}) {
-        machine::SetWindowsVersion({major, 0});
-        Start();
-        const std::string name =
-            std::string(prefix) + "HLXVHTRAY_{5D1C7E20-9B44-4a36-A1F7-3C6E08D2B7F9}";
-        const HANDLE mutex = CreateMutexA(nullptr, FALSE, name.c_str());
-        EXPECT_EQ(GetLastError(), DWORD{ERROR_ALREADY_EXISTS}) << name;
-        CloseHandle(mutex);
-        End();
-    }
-}
-
-TEST_F(Lifetime, DropsWhatComesInTheStartWindowAndReadsAgainAfterIt) {
+TEST_F(Lifetime, AStartThatCannotBeCompletedEndsWithZeroAndLeavesNothing) {
     Deliver({});
+    const auto expectNoStart = [&](const char* call) {
+        Start();
+        EXPECT_EQ(ExitCode(), 0) << call;
+    };
+    for (const char* call : {"CreateMutexA", "CreateDialogParamA"}) {
+        simulator::FailNext(call, 1, ERROR_ACCESS_DENIED);
+        expectNoStart(call);
+    }
+    // Memory runs out before there is a dialog, at the first path and at the second one.
+    for (const auto& [call, skip] :
+         {std::pair{"CreateDialogParamA", 0}, {"RegOpenKeyExA", 0}, {"RegOpenKeyExA", 1}}) {
+        simulator::BeforeNext(
+            call, [] { throw std::bad_alloc(); }, simulator::kAnyDetail, skip);
+        expectNoStart(call);
+    }
+    Start();
+    EXPECT_EQ(ExitCode(), std::nullopt) << "the mutex is free";
+}
+
+TEST_F(Lifetime, ClicksAndCommandsThatAreSentDuringTheEndOpenNothing) {
+    for (const auto& [message, wParam] :
+         {std::pair{WM_TRAYNOTIFY, TRAY_ID_INSTALLED}, {UINT{WM_COMMAND}, ID_EXIT}}) {
+        StartWith({});
+        Report(kInstallResultsKey, "x", 0);
+        const HWND window = FindWindowA(nullptr, "hlx_vh_tray");
+        simulator::BeforeNext(
+            "Shell_NotifyIconA", [=] { SendMessageA(window, message, wParam, WM_LBUTTONDBLCLK); },
+            NIM_DELETE);
+        desktop::PostCommand(IDOK);
+        EXPECT_EQ(ExitCode(), IDOK);
+    }
+}
+
+TEST_F(Lifetime, BuffersThatAreNotReceivedAreDeleted) {
+    const std::string large(20'000'000, 'x');
+    const HWND window = (StartWith({}), FindWindowA(nullptr, "hlx_vh_tray"));
+    const auto inUse = [] { return mallinfo2().uordblks + mallinfo2().hblkhd; };
+    const auto before = inUse();
+    WriteFile("healthnotif.txt", large);
+    WriteFile("swcache", large);
+    simulator::BeforeNext("sendto", [=] {
+        PostMessageA(window, WM_COMMAND, ID_EXIT, 0);
+        Pass();
+    });
+    desktop::PostCommand(ID_REASSESS);
+    EXPECT_EQ(ExitCode(), 32780);
+    EXPECT_LT(inUse(), before + large.size() / 2);
+}
+
+TEST_F(Lifetime, AWatcherWhoseThreadDoesNotEndInTimeIsNotDeleted) {
+    StartWith({});
+    const HANDLE never = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    simulator::BeforeNext("CreateFileA", [=] { WaitForSingleObject(never, INFINITE); });
+    Pass();
+    EXPECT_EQ(End(), IDCANCEL);
+    m_objectsBefore = simulator::LiveObjects();
+    EXPECT_EQ(m_objectsBefore["thread"], 1u) << "with all that the thread uses";
+}
+
+TEST_F(Lifetime, TheMutexIsGlobalOnSystemsWithSessions) {
+    const std::string name = "HLXVHTRAY_{5D1C7E20-9B44-4a36-A1F7-3C6E08D2B7F9}";
+    for (const auto& [major, other] : {std::pair{5u, "Global\\" + name}, {4u, name}}) {
+        simulator::SetWindowsVersion({major, 0});
+        const HANDLE mutex = CreateMutexA(nullptr, FALSE, other.c_str());
+        Start();
+        EXPECT_EQ(ExitCode(), 0) << other;
+        CloseHandle(mutex);
+        ++m_objectsBefore["mutex"];  // the system closes the applet's handle with the process
+    }
+}
+
+TEST_F(Lifetime, DropsResultsDuringTheStartAndReadsAgainAfterIt) {
+    Deliver({});
+    std::filesystem::last_write_time(m_agentDirectory / "healthnotif.txt", {});
     Start();
     EXPECT_THAT(Tray(), IsEmpty()) << "the first reading came before the start timer";
     desktop::Advance(4900ms);
@@ -97,20 +116,23 @@ TEST_F(Lifetime, DropsWhatComesInTheStartWindowAndReadsAgainAfterIt) {
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH)) << "the forced reading, file unchanged";
 }
 
-TEST_F(Lifetime, OtherTimersDoNotEndTheStartWindow) {
+TEST_F(Lifetime, OtherTimersDoNotEndTheStart) {
     Deliver({});
-    machine::FailNext("SetTimer", 1, ERROR_NOT_ENOUGH_MEMORY);
+    simulator::FailNext("SetTimer", 1, ERROR_NOT_ENOUGH_MEMORY);
     Start();
     desktop::Post(WM_TIMER, 1, 0);
+    desktop::PostCommand(ID_REASSESS);
     Show({});
     EXPECT_THAT(Tray(), IsEmpty());
+    desktop::PostCommand(ID_REASSESS);
+    EXPECT_EQ(Frames().size(), 2u) << "a result that is dropped answers the request too";
     desktop::Post(WM_TIMER, IDT_START, 0);
     Pass();
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
 }
 
-TEST_F(Lifetime, WithoutAnAgentItLooksInTheCurrentFolder) {
-    ASSERT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, kHlxAgentKey), ERROR_SUCCESS);
+TEST_F(Lifetime, WithoutAnAgentItReadsTheCurrentDirectory) {
+    ASSERT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, HLX_AGENT_KEY), ERROR_SUCCESS);
     std::filesystem::current_path(m_agentDirectory);
     StartWith({});
     EXPECT_STREQ(GetHealthNotifPath(), "healthnotif.txt");
@@ -119,9 +141,9 @@ TEST_F(Lifetime, WithoutAnAgentItLooksInTheCurrentFolder) {
 }
 
 TEST_F(Lifetime, AnAgentsDirectoryMayEndWithABackslashOrBeEmpty) {
-    WriteText(kHlxAgentKey, nullptr, R"(C:\Agent\)");
+    WriteText(HLX_AGENT_KEY, nullptr, R"(C:\Agent\)");
     EXPECT_STREQ(GetHealthNotifPath(), R"(C:\Agent\healthnotif.txt)");
-    WriteText(kHlxAgentKey, nullptr, "");
+    WriteText(HLX_AGENT_KEY, nullptr, "");
     EXPECT_STREQ(GetSwCachePath(), "swcache");
 }
 

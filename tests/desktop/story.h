@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,15 +21,20 @@
 #include "AgentPaths.h"
 #include "MainDlg.h"
 #include "UpdateResultStore.h"
-#include "desktop/desktop.h"
-#include "desktop/session.h"
-#include "hlxAgentKey.h"
-#include "machine/clock.h"
-#include "machine/faults.h"
+#include "simulator/fault_run.h"
+#include "simulator/desktop.h"
+#include "simulator/session.h"
+#include "hlxInterface.h"
+#include "simulator/clock.h"
+#include "simulator/faults.h"
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+// The value "Tessara Link " in it is the path of the agent's Control Panel applet.
+constexpr char kCplsKey[] = R"(SOFTWARE\Microsoft\Windows\CurrentVersion\Control Panel\Cpls)";
+constexpr DWORD kFailed = 0x800C0005;  // the result of a download
 
 // The applet's entry.
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int show);
@@ -41,6 +47,7 @@ struct HealthDocument {
     std::string autoInstall = {};
     std::string message = {};
     std::string url = {};
+    std::string more = {};  // elements as they are
 
     std::string Text() const;
 };
@@ -49,10 +56,12 @@ class Story : public testing::Test {
 protected:
     Story();
     ~Story() override;
+    void SetUp() override;
 
     // The applet
     void Start();
-    // Starts it on a machine with this result, up to its first health icon.
+    // Starts it on a machine with this result, up to its first health icon or box, and fails if
+    // there is none.
     void StartWith(const HealthDocument& document);
     // Lets the file watchers make a pass.
     static void Pass() { desktop::Advance(5s); }
@@ -74,15 +83,38 @@ protected:
     static void WriteValue(const char* key, const std::string& name, DWORD type,
                            const std::string& data);
     static void WriteText(const char* key, const char* name, const std::string& text);
+    // The program itself, which is a file with a version resource.
+    static std::string OwnFile();
     // The frames that have come since the last call, in hexadecimal.
     std::vector<std::string> Frames() const;
 
     const std::filesystem::path m_folder;
     const std::filesystem::path m_agentDirectory;
+    std::map<std::string, std::size_t> m_objectsBefore;  // what may be left at the end
 
 private:
+    // After a fault: the applet serves what comes next, or has ended; nothing of it is left.
+    void RequireThatItGoesOn(const FaultRun& run);
+    static void RequireNothingLeft(const std::string& kind,
+                                   std::map<std::string, std::size_t> objects);
+
     const Loopback m_agent{SOCK_DGRAM, 30022};
+    bool m_failedAtStart = false;
     std::optional<desktop::Session> m_session;
+};
+
+// A story without the applet: a window on the test's own thread receives what is posted to it.
+class Receiver : public Story {
+protected:
+    static constexpr UINT kMessage = WM_APP + 1;
+
+    ~Receiver() override { DestroyWindow(m_window); }
+    // What has come since the last call.
+    std::vector<MSG> Received() const;
+
+    const HWND m_window = CreateDialogParamA(
+        GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_MAINDLG), nullptr,
+        [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
 };
 
 // The ids of the icons that stand, in the order in which they were added.
@@ -90,6 +122,9 @@ std::vector<UINT> Tray();
 
 // The tooltip of an icon, "" if it does not stand.
 std::string Tip(UINT icon);
+
+// The icon, with all fields empty if it is not shown.
+desktop::Icon IconOf(UINT icon);
 
 // The front dialog, without anything in it if there is none.
 desktop::Dialog Front();

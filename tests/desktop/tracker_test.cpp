@@ -5,19 +5,8 @@
 
 namespace {
 
-constexpr UINT kMessage = WM_APP + 1;
-
-class Tracker : public Story {
+class Tracker : public Receiver {
 protected:
-    Tracker()
-        : m_window(CreateDialogParamA(
-              GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_MAINDLG), nullptr,
-              [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0)),
-          m_tracker(std::make_unique<CTrayMouseTrack>(m_window, kMessage, TRAY_ID_HEALTH)) {}
-    ~Tracker() override {
-        m_tracker.reset();
-        DestroyWindow(m_window);
-    }
     void MoveTo(int x, int y) {
         desktop::MovePointer(x, y);
         m_tracker->OnMouseMove();
@@ -25,20 +14,20 @@ protected:
     std::vector<LPARAM> Posts() {
         desktop::Advance(1s);
         std::vector<LPARAM> posts;
-        for (MSG message; PeekMessageA(&message, m_window, kMessage, kMessage, PM_REMOVE);) {
+        for (const MSG& message : Received()) {
             EXPECT_EQ(message.wParam, TRAY_ID_HEALTH);
             posts.push_back(message.lParam);
         }
         return posts;
     }
 
-    const HWND m_window;
-    std::unique_ptr<CTrayMouseTrack> m_tracker;
+    std::unique_ptr<CTrayMouseTrack> m_tracker =
+        std::make_unique<CTrayMouseTrack>(m_window, kMessage, TRAY_ID_HEALTH);
 };
 
 TEST_F(Tracker, OneHoverAndOneLeaveForAStay) {
     // The rectangle's size is the system's, or 5 pixels while that cannot be read.
-    machine::FailNext("SystemParametersInfoA", machine::kEveryCall, ERROR_INVALID_PARAMETER);
+    simulator::FailNext("SystemParametersInfoA", simulator::kEveryCall, ERROR_INVALID_PARAMETER);
     MoveTo(100, 100);
     MoveTo(104, 103);
     EXPECT_THAT(Posts(), ElementsAre(WM_MOUSEHOVER));
@@ -51,14 +40,6 @@ TEST_F(Tracker, OneHoverAndOneLeaveForAStay) {
     EXPECT_THAT(Posts(), IsEmpty());
     MoveTo(110, 105);
     EXPECT_THAT(Posts(), ElementsAre(WM_MOUSEHOVER));
-}
-
-TEST_F(Tracker, StopsAtOnceAndPostsToNoWindowThatIsGone) {
-    DestroyWindow(m_window);
-    MoveTo(1, 1);
-    desktop::MovePointer(500, 500);
-    desktop::Advance(1s);
-    EXPECT_TRUE(m_tracker->Stop(2000));
 }
 
 }  // namespace

@@ -1,26 +1,15 @@
-// The two watchers by themselves: what counts as a change, what is posted, how they end.
+// The two watchers without the applet: what counts as a change, what is posted, how they end.
 #include "RegThread.h"
 #include "story.h"
 
 namespace {
 
-constexpr UINT kMessage = WM_APP + 1;
-
-// A window on the test's own thread that receives the posts.
-class Watchers : public Story {
+class Watchers : public Receiver {
 protected:
-    Watchers() {
-        m_window = CreateDialogParamA(
-            GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_MAINDLG), nullptr,
-            [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
-    }
-    ~Watchers() override { DestroyWindow(m_window); }
-
-    // The contents that have been posted since the last call.
+    // The contents posted since the last call.
     std::vector<std::string> Contents() {
-        desktop::Advance(0ms);
         std::vector<std::string> contents;
-        for (MSG message; PeekMessageA(&message, m_window, kMessage, kMessage, PM_REMOVE);) {
+        for (const MSG& message : Received()) {
             const std::unique_ptr<char[]> buffer(reinterpret_cast<char*>(message.lParam));
             contents.emplace_back(buffer.get(), message.wParam);
             EXPECT_EQ(buffer[message.wParam], '\0');
@@ -28,10 +17,9 @@ protected:
         return contents;
     }
     int Posts() {
-        desktop::Advance(0ms);
         int posts = 0;
-        for (MSG message; PeekMessageA(&message, m_window, kMessage, kMessage, PM_REMOVE); ++posts)
-            EXPECT_EQ(message.wParam, reinterpret_cast<WPARAM>(HKEY_LOCAL_MACHINE));
+        for (const MSG& message : Received())
+            posts += message.wParam == reinterpret_cast<WPARAM>(HKEY_LOCAL_MACHINE);
         return posts;
     }
     void WriteAged(const std::string& text, std::chrono::seconds ahead) {
@@ -40,8 +28,6 @@ protected:
         std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + ahead - 1s);
     }
     std::string Path() const { return m_agentDirectory / "f"; }
-
-    HWND m_window;
 };
 
 TEST_F(Watchers, AFileChangesWhenItIsLaterThanThePass) {
@@ -58,6 +44,11 @@ TEST_F(Watchers, AFileChangesWhenItIsLaterThanThePass) {
     WriteAged("b", 2s);
     Pass();
     EXPECT_THAT(Contents(), ElementsAre("b")) << "two writes, one post";
+    WriteAged("c", 3s);
+    desktop::Advance(4'999ms);
+    EXPECT_THAT(Contents(), IsEmpty());
+    desktop::Advance(1ms);
+    EXPECT_THAT(Contents(), ElementsAre("c")) << "the poll period is five seconds";
     WriteAged("", 12s);
     desktop::Advance(20s);
     EXPECT_THAT(Contents(), ElementsAre("", "", "")) << "until the clock has passed it";
@@ -65,11 +56,13 @@ TEST_F(Watchers, AFileChangesWhenItIsLaterThanThePass) {
     EXPECT_THAT(Contents(), IsEmpty()) << "not before the wait is over";
     Pass();
     EXPECT_THAT(Contents(), ElementsAre(""));
+    watcher.ForceRead();
     EXPECT_TRUE(watcher.Stop(0) || watcher.Stop(1000)) << "a wait ends at once";
     EXPECT_TRUE(watcher.Stop(0));
+    EXPECT_THAT(Contents(), IsEmpty()) << "nothing on the way out";
 }
 
-TEST_F(Watchers, TheFirstPassIsUsedUpByAMissingFile) {
+TEST_F(Watchers, AMissingFileEndsTheFirstPass) {
     CFileThread watcher;
     watcher.Start(Path().c_str(), m_window, kMessage, true);
     desktop::Advance(0ms);
@@ -79,31 +72,50 @@ TEST_F(Watchers, TheFirstPassIsUsedUpByAMissingFile) {
     watcher.Stop(INFINITE);
 }
 
-TEST_F(Watchers, AFileThatCannotBeJudgedIsReadAndOneThatCannotBeReadIsNotPosted) {
+TEST_F(Watchers, AFileWithoutATimeIsReadAndAnUnreadableOneIsNotPosted) {
     CFileThread watcher;
     WriteAged("x", 0s);
     watcher.Start(Path().c_str(), m_window, kMessage, false);
     for (const char* operation : {"GetFileTime", "FileTimeToSystemTime"}) {
-        machine::FailNext(operation, 1, ERROR_INVALID_FUNCTION);
+        simulator::FailNext(operation, 1, ERROR_INVALID_FUNCTION);
         Pass();
         EXPECT_THAT(Contents(), ElementsAre("x")) << operation;
     }
     for (const char* operation : {"ReadFile", "GetFileSize", "PostMessageA"}) {
-        machine::FailNext(operation, 1, ERROR_ACCESS_DENIED);
+        simulator::FailNext(operation, 1, ERROR_ACCESS_DENIED);
         watcher.ForceRead();
         Pass();
         EXPECT_THAT(Contents(), IsEmpty()) << operation;
     }
     watcher.Stop(INFINITE);
+
+    const std::string promisesMore = "/sys/devices/system/cpu/online";
+    ASSERT_GT(std::filesystem::file_size(promisesMore), 4000u);
+    CFileThread shortened;
+    shortened.Start(promisesMore.c_str(), m_window, kMessage, true);
+    EXPECT_THAT(Contents(), IsEmpty()) << "fewer bytes than its size says";
+    shortened.Stop(INFINITE);
 }
 
-TEST_F(Watchers, APostToAWindowThatIsGoneIsFreed) {
-    CFileThread watcher;
+TEST_F(Watchers, AWaitThatFailsEndsNoThread) {
     WriteAged("x", 0s);
-    watcher.Start(Path().c_str(), nullptr, kMessage, true);
-    Pass();
-    watcher.Stop(INFINITE);
-    // The leak checker has the last word.
+    CFileThread file;
+    simulator::FailNext("WaitForSingleObject", 1, ERROR_INVALID_HANDLE);
+    file.Start(Path().c_str(), m_window, kMessage, true);
+    EXPECT_THAT(Contents(), ElementsAre());
+    desktop::Advance(1s);
+    EXPECT_THAT(Contents(), ElementsAre("x")) << "after a pause";
+    EXPECT_TRUE(file.Stop(1000));
+
+    CRegThread key;
+    simulator::FailNext("WaitForMultipleObjects", 1, ERROR_INVALID_HANDLE);
+    key.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, false);
+    EXPECT_EQ(Posts(), 0);
+    Report(kDownloadResultsKey, "a", 0);
+    EXPECT_EQ(Posts(), 0) << "the pause";
+    desktop::Advance(1s);
+    EXPECT_EQ(Posts(), 1);
+    EXPECT_TRUE(key.Stop(1000));
 }
 
 TEST_F(Watchers, AKeyIsReportedOnceAtTheStartAndThenByItsValues) {
@@ -114,33 +126,51 @@ TEST_F(Watchers, AKeyIsReportedOnceAtTheStartAndThenByItsValues) {
     EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, kDownloadResultsKey, 0, KEY_READ, &key), 0)
         << "the watcher has made it";
     RegCloseKey(key);
-    Report(kDownloadResultsKey, "a", 0);
-    EXPECT_EQ(Posts(), 1);
+    const std::string below = std::string(kDownloadResultsKey) + "\\below";
+    for (const char* changed : {kDownloadResultsKey, below.c_str(), below.c_str()}) {
+        Report(changed, "a", 0);
+        EXPECT_EQ(Posts(), 1) << changed;
+    }
     EXPECT_TRUE(watcher.Stop(1000));
+    EXPECT_EQ(Posts(), 0);
 }
 
-TEST_F(Watchers, AKeyThatCannotBeWatchedIsTriedAgainWithoutHaste) {
-    machine::FailNext("RegCreateKeyExA", 2, ERROR_ACCESS_DENIED);
-    machine::FailNext("RegNotifyChangeKeyValue", 1, ERROR_ACCESS_DENIED);
+TEST_F(Watchers, AChangeDuringTheFirstPassIsReportedToo) {
+    simulator::BeforeNext(
+        "PostMessageA", [] { Report(kDownloadResultsKey, "a", 0); }, kMessage);
     CRegThread watcher;
     watcher.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, true);
+    EXPECT_EQ(Posts(), 2);
+    watcher.Stop(INFINITE);
+}
+
+TEST_F(Watchers, AKeyThatCannotBeWatchedIsTriedAgainAfterAPauseAndThenReported) {
+    simulator::FailNext("CreateEventA", 1, ERROR_NOT_ENOUGH_MEMORY, simulator::kAnyDetail, 1);
+    simulator::FailNext("RegCreateKeyExA", 1, ERROR_ACCESS_DENIED);
+    simulator::FailNext("RegNotifyChangeKeyValue", 1, ERROR_ACCESS_DENIED);
+    CRegThread watcher;
+    watcher.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, false);
     desktop::Advance(2900ms);
     EXPECT_EQ(Posts(), 0);
     desktop::Advance(200ms);
+    EXPECT_EQ(Posts(), 1) << "nobody saw what was written meanwhile";
+    simulator::BeforeNext("RegNotifyChangeKeyValue",
+                          [] { RegDeleteTreeA(HKEY_LOCAL_MACHINE, kDownloadResultsKey); });
+    Report(kDownloadResultsKey, "a", 0);
     EXPECT_EQ(Posts(), 1);
-    watcher.Stop(INFINITE);
+    Report(kDownloadResultsKey, "b", 0);
+    desktop::Advance(1s);
+    EXPECT_EQ(Posts(), 1) << "deleted and made again";
+    watcher.Stop(0);
+    desktop::Advance(2s);  // a wait that a fault has failed is repeated after a pause
 
-    machine::FailNext("RegCreateKeyExA", machine::kEveryCall, ERROR_ACCESS_DENIED);
+    simulator::FailNext("RegCreateKeyExA", simulator::kEveryCall, ERROR_ACCESS_DENIED);
     CRegThread stoppable;
     stoppable.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, true);
-    EXPECT_TRUE(stoppable.Stop(1000));
-}
-
-TEST_F(Watchers, AThreadThatCannotBeMadeIsNoReasonToFail) {
-    machine::FailNext("_beginthreadex", machine::kEveryCall, ERROR_NOT_ENOUGH_MEMORY);
-    StartWith({});
-    EXPECT_EQ(ExitCode(), std::nullopt);
-    EXPECT_EQ(End(), IDCANCEL);
+    stoppable.Stop(0);
+    desktop::Advance(0ms);
+    EXPECT_TRUE(stoppable.Stop(0)) << "the pause ends with the stop event";
+    desktop::Advance(2s);
 }
 
 }  // namespace

@@ -1,23 +1,14 @@
-// The agent daemon, as far as the applet can see of it: its directory, its registry keys and its
-// ports. Writing to HKEY_LOCAL_MACHINE needs an administrator. Everything is fresh at construction
-// and gone at destruction.
+// The agent daemon as far as the applet can see it: the home of the stand-in, and the daemon's
+// ports. Writing to HKEY_LOCAL_MACHINE needs an administrator.
 #pragma once
 
 #include <winsock2.h>
 #include <windows.h>
+
+#include <filesystem>
 #include <string>
 
-// What a notification file can say; the defaults show an icon and nothing else.
-struct HealthReport {
-    std::string state = "high";
-    std::string message{};
-    std::string page{};
-    std::string autoInstall = "yes";
-    std::string enabled = "true";
-    std::string displayIcon = "true";
-
-    std::string Document() const;
-};
+#include "Notification.h"
 
 // A port of the daemon on 127.0.0.1.
 class Listener {
@@ -40,36 +31,21 @@ private:
 // The frame of a command without data.
 std::string FrameOf(char command);
 
+// An installed agent. Its directory and its keys are new at construction and removed at
+// destruction.
 class Agent {
 public:
-    Agent();
+    explicit Agent(bool useTcp = false, const std::string& controlPanelApplet = {});
     ~Agent();
     Agent(const Agent&) = delete;
     Agent& operator=(const Agent&) = delete;
 
-    const std::string& Directory() const { return directory_; }
-    std::string HealthPath() const { return directory_ + "healthnotif.txt"; }
+    std::string Directory() const { return directory_.string() + "\\"; }
 
-    // Writes a file of the directory in place; the applet's watcher takes it for changed.
-    void Write(const std::string& name, const std::string& content) const;
-    // The same by a new file that takes the place of the old one.
-    void Replace(const std::string& name, const std::string& content) const;
-    void Report(const HealthReport& report) const { Write("healthnotif.txt", report.Document()); }
+    // Writes a health notification. Its message and its page pop up if they are not empty.
+    void Report(agent_sim::Notification notification) const;
     void Offer(const std::string& name, const std::string& version) const;
 
-    void UseTcp(DWORD value) const;
-    // Results of `ageSeconds` ago; the name is that of the file.
-    void RecordInstall(const std::string& file, DWORD result, DWORD ageSeconds = 0) const {
-        Record("\\updates\\results", file, result, ageSeconds);
-    }
-    void RecordDownload(const std::string& file, DWORD result, DWORD ageSeconds = 0) const {
-        Record("\\downloads", file, result, ageSeconds);
-    }
-    void RegisterSheetLibrary(const std::string& path) const;
-    void Unregister() const;
-
 private:
-    void Record(const char* key, const std::string& file, DWORD result, DWORD age) const;
-
-    std::string directory_;
+    const std::filesystem::path directory_;
 };

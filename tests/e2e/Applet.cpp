@@ -1,6 +1,7 @@
 #include "Applet.h"
 
 #include <shellapi.h>
+#include <winternl.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -55,6 +56,24 @@ DWORD Applet::AwaitExit(DWORD limitMs) const {
     DWORD code = STILL_ACTIVE;
     GetExitCodeProcess(process_, &code);
     return code;
+}
+
+Applet::Handles Applet::CountHandles() const {
+    Handles handles{0, GetGuiResources(process_, GR_USEROBJECTS),
+                    GetGuiResources(process_, GR_GDIOBJECTS), 0};
+    // GetProcessHandleCount is not implemented by Wine.
+    std::vector<char> list(1 << 20);
+    NtQuerySystemInformation(SystemProcessInformation, list.data(), ULONG(list.size()), nullptr);
+    for (const char* at = list.data();;) {
+        const auto* const process = reinterpret_cast<const SYSTEM_PROCESS_INFORMATION*>(at);
+        if (process->UniqueProcessId == ULongToHandle(processId_))
+            handles.kernel = process->HandleCount;
+        if (process->NextEntryOffset == 0) break;
+        at += process->NextEntryOffset;
+    }
+    for (HWND at = nullptr; (at = FindWindowExA(nullptr, at, nullptr, nullptr));)
+        handles.windows += ProcessOf(at) == processId_;
+    return handles;
 }
 
 bool Applet::Shows(TrayIcon icon) const {

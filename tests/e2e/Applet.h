@@ -1,4 +1,4 @@
-// One run of vh_tray.exe, from outside: its hidden window, its icons and its exit code.
+// One run of vh_tray.exe, seen from outside: its hidden window, its icons and its exit code.
 #pragma once
 
 #include <windows.h>
@@ -13,15 +13,17 @@ enum TrayIcon : UINT { kHealthIcon = 10053, kUpdatesIcon, kInstalledIcon, kDownl
 
 enum MenuCommand : WORD { kShowHealth = 32778, kAbout, kExit, kReassess };
 
-// The folder of the test program, where the applet and its companions lie too, with a backslash.
+// The folder of the test program, which also has the applet and the other programs, with a
+// backslash.
 std::string ProgramFolder();
 
 class Applet {
 public:
-    // Starts the program and waits for its window. A process that ends before it has one is a
-    // finished run without a window.
+    // Starts the program and waits for its window. If the process ends first, the run has ended
+    // without a window.
     explicit Applet(const std::string& program = ProgramFolder() + "vh_tray.exe");
-    // Closes the window and waits for the end; one that does not end fails the test and is killed.
+    // Closes the window and waits for the end of the process. If it does not end, the test fails
+    // and the process is terminated.
     ~Applet();
     Applet(const Applet&) = delete;
     Applet& operator=(const Applet&) = delete;
@@ -29,10 +31,18 @@ public:
     HWND Window() const { return window_; }
     bool Running() const { return WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
 
-    // The exit code, or STILL_ACTIVE when the program has not ended within the limit.
+    // The exit code, or STILL_ACTIVE if the program has not ended within the limit.
     DWORD AwaitExit(DWORD limitMs) const;
 
-    // Does the shell show this icon of the applet?
+    // The objects of its process: kernel handles, USER and GDI objects, which Wine does not count,
+    // and windows without a parent.
+    struct Handles {
+        DWORD kernel, user, gdi, windows;
+        bool operator==(const Handles&) const = default;
+    };
+    Handles CountHandles() const;
+
+    // Whether the shell shows this icon of the applet.
     bool Shows(TrayIcon icon) const;
     bool AwaitIcon(TrayIcon icon, DWORD limitMs) const {
         return WaitFor([&] { return Shows(icon); }, limitMs);
@@ -41,21 +51,21 @@ public:
         return WaitFor([&] { return !Shows(icon); }, limitMs);
     }
 
-    // What the shell posts when the user double-clicks an icon.
+    // Posts the message of the shell for a double-click on an icon.
     void DoubleClick(TrayIcon icon) const;
-    // What it posts when the health icon is clicked with the right button; gives the menu.
+    // Posts the messages of a right click on the health icon; returns the menu.
     HWND OpenMenu() const;
     HWND AwaitMenu() const { return AwaitWindow(processId_, "#32768"); }
-    // Types the letter of an item into the open menu; true when that has closed it.
+    // Types the access key of an item into the open menu. True if the menu has closed.
     bool ChooseFromMenu(char letter) const;
-    // The command of an item, without the menu.
+    // Posts the command of an item, without the menu.
     void Choose(WORD command) const { PostMessageA(window_, WM_COMMAND, command, 0); }
 
     // The visible dialogs and message boxes with this caption.
     std::vector<HWND> Dialogs(const char* caption) const {
         return WindowsOf(processId_, kDialogClass, caption);
     }
-    // The one such dialog, as soon as it is there.
+    // Waits for the only dialog with this caption.
     Dialog AwaitDialog(const char* caption, DWORD limitMs = kPromptLimitMs) const {
         return Dialog(AwaitWindow(processId_, kDialogClass, caption, limitMs));
     }

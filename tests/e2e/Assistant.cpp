@@ -32,7 +32,7 @@ bool AskAssistant(const std::string& request) {
     if (!file) return false;
     std::fprintf(file, "%s\n", request.c_str());
     std::fclose(file);
-    // The note appears as a whole, and the assistant takes it away when it has done what it says.
+    // The request file appears complete, and the assistant deletes it when it has carried it out.
     if (!MoveFileExA(draft.c_str(), note.c_str(), MOVEFILE_REPLACE_EXISTING)) return false;
     return WaitFor([&] { return !Exists(note); }, kRequestLimitMs) && !Exists(note + ".refused");
 }

@@ -1,12 +1,12 @@
-// The applet runs in a process of its own and has no way to say that it is done, so what it does is
-// awaited: a condition is looked at until it holds, or until its time is up.
+// The applet runs in another process and cannot report that it is idle. So the tests poll a
+// condition until it is true or a time limit is reached.
 #pragma once
 
 #include <windows.h>
 
-// Longer than a pass of the applet's file watchers, which is 5000 ms, and what follows it.
+// Longer than a pass of the file watchers, which takes 5000 ms, and its effect.
 constexpr DWORD kPassLimitMs = 9000;
-// For what the applet does at once.
+// For effects without a delay.
 constexpr DWORD kPromptLimitMs = 4000;
 
 template <typename Condition>

@@ -1,5 +1,5 @@
-// Shows that the agent's Control Panel applet, here a sample, opens on the page asked for, and that
-// a page that is open already is not opened again.
+// Tests that the Control Panel applet, here the sample, opens on the requested page, and that an
+// open page is not opened again.
 #include <gtest/gtest.h>
 
 #include "Agent.h"
@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kSheet[] = "Tessara Link Sample Applet";
 
-// Does the sheet show this page? A page is a child dialog with its title as text.
+// Whether the sheet shows this page. A page is a child dialog with its title as text.
 bool OnPage(const Dialog& sheet, const char* title) {
     const auto isUp = [&] {
         return IsWindowVisible(FindWindowExA(sheet.Window(), nullptr, "#32770", title));
@@ -24,8 +24,7 @@ bool AwaitSheets(const Applet& applet, size_t count) {
 }
 
 TEST(Launcher, OneSheetForEachPage) {
-    const Agent agent;
-    agent.RegisterSheetLibrary(ProgramFolder() + "sample_applet.cpl");
+    const Agent agent(false, ProgramFolder() + "sample_applet.cpl");
     const Applet applet;
 
     applet.DoubleClick(kHealthIcon);
@@ -33,7 +32,7 @@ TEST(Launcher, OneSheetForEachPage) {
     EXPECT_TRUE(OnPage(health, "Health"));
     TakePicture("sample-sheet");
 
-    // The second request for Health comes to nothing, so the sheet that opens after it is About's.
+    // The second request for Health opens nothing, so the next sheet is that of About.
     applet.DoubleClick(kHealthIcon);
     applet.Choose(kAbout);
     ASSERT_TRUE(AwaitSheets(applet, 2));
@@ -44,37 +43,6 @@ TEST(Launcher, OneSheetForEachPage) {
     EXPECT_TRUE(OnPage(about, "About"));
     EXPECT_TRUE(about.Close());
     EXPECT_TRUE(health.Close());
-}
-
-TEST(Launcher, MenuOpensBothPagesAndOpensThemAgain) {
-    const Agent agent;
-    agent.RegisterSheetLibrary(ProgramFolder() + "sample_applet.cpl");
-    const Applet applet;
-    const struct {
-        char letter;
-        const char* page;
-    } items[] = {{'d', "Health"}, {'a', "About"}, {'d', "Health"}};
-    for (const auto& item : items) {
-        applet.OpenMenu();
-        EXPECT_TRUE(applet.ChooseFromMenu(item.letter));
-        const Dialog sheet = applet.AwaitDialog(kSheet);
-        EXPECT_TRUE(OnPage(sheet, item.page));
-        EXPECT_TRUE(sheet.Close());
-    }
-}
-
-TEST(Launcher, MissingLibraryIsPassedOverUntilItIsThere) {
-    const Agent agent;
-    const Applet applet;
-    for (const std::string& path : {std::string(), ProgramFolder() + "nowhere.cpl"}) {
-        if (!path.empty()) agent.RegisterSheetLibrary(path);
-        applet.DoubleClick(kHealthIcon);
-        applet.Choose(kAbout);
-        // A request that opened a sheet would not let the window answer from its own loop in time.
-        SendMessageA(applet.Window(), WM_NULL, 0, 0);
-        EXPECT_TRUE(applet.Dialogs(kSheet).empty());
-        EXPECT_TRUE(applet.Running());
-    }
 }
 
 }  // namespace

@@ -1,14 +1,15 @@
-// Shows when the applet starts and ends, with which exit code, and that it leaves nothing behind.
+// Tests when the applet starts and ends, with which exit code, and that no icon remains.
 #include <gtest/gtest.h>
 
 #include "Agent.h"
 #include "Applet.h"
 #include "Assistant.h"
+#include "Updates.h"
 #include "Waiting.h"
 
 namespace {
 
-TEST(Lifetime, ExitCodeTellsHowItWasClosedEvenWithoutAnAgent) {
+TEST(Lifetime, ExitCodeShowsHowItWasClosedAndTheIconIsRemoved) {
     const struct {
         const char* how;
         UINT message;
@@ -20,23 +21,26 @@ TEST(Lifetime, ExitCodeTellsHowItWasClosedEvenWithoutAnAgent) {
         {"a close request", WM_CLOSE, 0, 2},
         {"Exit", WM_COMMAND, kExit, 32780},
     };
-    Agent().Unregister();
+    const Agent agent;
+    agent_sim::RecordInstall({"any.exe", 0, 0});
     for (const auto& way : cases) {
         SCOPED_TRACE(way.how);
         const Applet applet;
         ASSERT_NE(applet.Window(), nullptr);
         EXPECT_FALSE(IsWindowVisible(applet.Window()));
+        EXPECT_TRUE(applet.AwaitIcon(kInstalledIcon, kPromptLimitMs));
         PostMessageA(applet.Window(), way.message, way.command, 0);
         EXPECT_EQ(applet.AwaitExit(kPassLimitMs), way.code);
+        EXPECT_FALSE(applet.Shows(kInstalledIcon));
     }
 }
 
-TEST(Lifetime, SecondInstanceEndsAtOnceAndLeavesTheFirstAlone) {
+TEST(Lifetime, SecondInstanceEndsAtOnceWithoutEffect) {
     const Agent agent;
     agent.Report({.state = "medium"});
     const Applet first;
     ASSERT_TRUE(first.AwaitIcon(kHealthIcon, kPassLimitMs));
-    TakePicture("balloon 3");  // it comes up two seconds after its icon
+    TakePicture("balloon 3");  // it appears two seconds after its icon
     {
         const Applet second;
         EXPECT_EQ(second.Window(), nullptr);
@@ -46,19 +50,35 @@ TEST(Lifetime, SecondInstanceEndsAtOnceAndLeavesTheFirstAlone) {
     EXPECT_TRUE(first.Shows(kHealthIcon));
 }
 
-TEST(Lifetime, IconsGoWithTheApplet) {
-    const Agent agent;
-    agent.Report({.state = "low"});
-    agent.RecordInstall("any.exe", 0);
+// Each event, dialog, sheet and menu once, the health box in every fifth round, since it takes a
+// pass of the watcher.
+void PlayRound(const Agent& agent, const Applet& applet, int round) {
+    if (round % 5 == 0) {
+        agent.Report({.state = round % 2 ? "low" : "high", .message = "A new state."});
+        EXPECT_TRUE(applet.AwaitDialog("Tessara Link Health", kPassLimitMs).Press(IDOK));
+    }
+    agent_sim::RecordInstall({ProgramFolder() + "vh_tray.exe", 0, 0});
+    agent_sim::RecordDownload({"a.msi", 0x80070002, 0});
+    PostMessageA(applet.Window(), RegisterWindowMessageA("HLX_GotSWUpdates"), 0, 0);
+    EXPECT_TRUE(applet.OpenDialog(kInstalledIcon, "Installed Tessara Link Updates").Close());
+    EXPECT_TRUE(applet.OpenDialog(kDownloadsIcon, "Failed Tessara Link Update Downloads").Close());
+    EXPECT_TRUE(applet.OpenDialog(kUpdatesIcon, "Install Tessara Link Updates").Close());
+    applet.Choose(kAbout);
+    EXPECT_TRUE(applet.AwaitDialog("Tessara Link Sample Applet").Close());
+    EXPECT_NE(applet.OpenMenu(), nullptr);
+    EXPECT_TRUE(applet.ChooseFromMenu('r'));
+}
+
+TEST(Lifetime, ThirtyRoundsOfEverythingLeaveNoHandle) {
+    const Agent agent(false, ProgramFolder() + "sample_applet.cpl");
+    agent.Offer("Tessara Link Scanner", "4.2.8-1");
     const Applet applet;
-    EXPECT_TRUE(applet.AwaitIcon(kInstalledIcon, kPromptLimitMs));
-    EXPECT_TRUE(applet.AwaitIcon(kHealthIcon, kPassLimitMs));
-    agent.RecordDownload("any.msi", 0x80070002);
-    EXPECT_TRUE(applet.AwaitIcon(kDownloadsIcon, kPromptLimitMs));
-    applet.Choose(kExit);
-    EXPECT_EQ(applet.AwaitExit(kPassLimitMs), 32780u);
-    for (TrayIcon icon : {kHealthIcon, kUpdatesIcon, kInstalledIcon, kDownloadsIcon})
-        EXPECT_FALSE(applet.Shows(icon));
+    for (int round = 0; round < 6; ++round) PlayRound(agent, applet, round);
+    const Applet::Handles before = applet.CountHandles();
+    for (int round = 0; round < 30 && !HasFailure(); ++round) PlayRound(agent, applet, round);
+    EXPECT_TRUE(WaitFor([&] { return applet.CountHandles() == before; }, kPassLimitMs));
+    std::printf("kernel handles %lu, USER %lu, GDI %lu, windows %lu\n", before.kernel, before.user,
+                before.gdi, before.windows);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The "page" that a notification file asks for in the tests: a program, whose start is seen by the
-// event that it sets. No browser is needed, and none is left open.
+// The "page" that a health document opens in the tests: a program that sets an event. No browser is
+// needed.
 #include <windows.h>
 
 int main() {

@@ -1,9 +1,7 @@
-// Feeds the checked reader of composite messages: every blob it finds lies within the message.
-
-#include <cstdint>
-#include <cstdlib>
+// Fuzzes the checked reader of composite messages: every blob is within the message.
 
 #include "hlxComposite.h"
+#include "harness.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::uint32_t lengths[3];

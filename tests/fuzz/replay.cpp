@@ -1,12 +1,7 @@
-// Takes the fuzzer's place in the ordinary tests: hands each seed to the harness whole, cut at
-// every place, and with each of its bytes turned round.
-#include <cstddef>
-#include <cstdint>
-#include <fstream>
-#include <iterator>
-#include <vector>
+// Replaces the fuzzer in the ordinary tests: passes each seed to the harness complete, cut at every
+// position, and with each byte inverted.
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+#include "harness.h"
 
 int main(int count, char** paths) {
     for (int i = 1; i < count; ++i) {

@@ -1,5 +1,5 @@
-// The agent's stand-in: what it says of frames, sound and broken, and that the applet's own reader
-// finds in its notifications what was put into them.
+// agent_sim: its description of valid and malformed frames, its listener and its requests; the
+// applet's reader reads back the notifications that it writes.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -28,14 +28,14 @@ std::string Described(const Frame& frame) {
     return text;
 }
 
-TEST(FrameText, TellsCommandPayloadAndBytes) {
+TEST(FrameText, DescribesCommandPayloadAndBytes) {
     const std::pair<Frame, const char*> cases[] = {
         {{0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0, 0, 0},
          "command 4, reassess health, 5 bytes\n  00 00 00 04 00 00 00 05 00 00 00 00 00\n"},
         {{0, 0, 0, 10, 0, 0, 0, 3, 'H', 'i', 0},
          "command 10, text, 3 bytes\n  \"Hi\"\n  00 00 00 0a 00 00 00 03 48 69 00\n"},
         {{0, 0, 0, 10, 0, 0, 0, 1, 'H'},
-         "command 10, text, 1 byte\n  \"H\", without its terminating zero\n"
+         "command 10, text, 1 byte\n  \"H\", without its terminating NUL\n"
          "  00 00 00 0a 00 00 00 01 48\n"},
         {{0, 0, 0, 3, 0, 0, 0, 26, 0, 0, 0, 1,   0,   0, 0, 1, 0,
           0, 0, 1, 0, 0, 0, 0, 0,  0, 0, 0, 'a', 'b', 0, 0, 0, 0},
@@ -51,25 +51,26 @@ TEST(FrameText, TellsCommandPayloadAndBytes) {
          "command 9, record, 1 byte\n  the command has 80 bytes\n  00 00 00 09 00 00 00 01 07\n"},
         {{0, 0, 0, 7, 255, 255, 255, 255, 0},
          "command 7, download updates, 1 byte\n  the header announces 4294967295 bytes, more than "
-         "are taken\n"
+         "are accepted\n"
          "  00 00 00 07 ff ff ff ff 00\n"},
         {{0, 0, 0, 99, 0, 0, 0, 0}, "command 99, unknown, 0 bytes\n  00 00 00 63 00 00 00 00\n"},
-        {{1, 2}, "no frame: 2 bytes, shorter than a header\n  01 02\n"},
+        {{1, 2}, "not a frame: 2 bytes, shorter than a header\n  01 02\n"},
     };
     for (const auto& [frame, text] : cases) EXPECT_EQ(Described(frame), text);
     EXPECT_EQ(CommandOf(cases[0].first), 4u);
-    for (const std::size_t unsound : {5u, 6u, 8u}) EXPECT_FALSE(CommandOf(cases[unsound].first));
+    for (const std::size_t malformed : {5u, 6u, 8u})
+        EXPECT_FALSE(CommandOf(cases[malformed].first));
 }
 
-TEST(FrameListener, HearsOnAfterPeersThatMakeNoSense) {
+TEST(FrameListener, ContinuesAfterMalformedInput) {
     const SocketsInUse sockets;
-    std::promise<std::vector<std::string>> heard;
+    std::promise<std::vector<std::string>> received;
     std::vector<std::string> sizes;
     const FrameListener listener([&](const std::string& transport, Bytes frame) {
         sizes.push_back(transport + std::to_string(frame.size()));
-        if (transport == "UDP") heard.set_value(sizes);
+        if (transport == "UDP") received.set_value(sizes);
     });
-    const auto say = [](int type, std::uint16_t port, const Frame& frame) {
+    const auto transmit = [](int type, std::uint16_t port, const Frame& frame) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(port);
@@ -79,15 +80,16 @@ TEST(FrameListener, HearsOnAfterPeersThatMakeNoSense) {
         send(peer.Handle(), reinterpret_cast<const char*>(frame.data()),
              static_cast<int>(frame.size()), 0);
         char byte;
-        EXPECT_TRUE(type == SOCK_DGRAM || recv(peer.Handle(), &byte, 1, 0) <= 0) << "hung up on";
+        EXPECT_TRUE(type == SOCK_DGRAM || recv(peer.Handle(), &byte, 1, 0) <= 0)
+            << "the peer was not disconnected";
     };
-    say(SOCK_DGRAM, kHlxUdpPort, {});
-    say(SOCK_STREAM, kHlxTcpPort, {0, 0, 0, 10, 255, 255, 255, 255, 'x'});
-    say(SOCK_DGRAM, kHlxUdpPort, {0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0, 0, 0});
-    EXPECT_EQ(heard.get_future().get(), (std::vector<std::string>{"TCP9", "UDP13"}));
+    transmit(SOCK_DGRAM, HLX_UDP_PORT, {});
+    transmit(SOCK_STREAM, HLX_TCP_PORT, {0, 0, 0, 10, 255, 255, 255, 255, 'x'});
+    transmit(SOCK_DGRAM, HLX_UDP_PORT, {0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0, 0, 0});
+    EXPECT_EQ(received.get_future().get(), (std::vector<std::string>{"TCP9", "UDP13"}));
 }
 
-TEST(FrameSplitter, GivesEachFrameWhenItsLastByteHasCome) {
+TEST(FrameSplitter, ReturnsAFrameWhenItIsComplete) {
     const Frame two{0, 0, 0, 4, 0, 0, 0, 1, 9, 0, 0, 0, 7, 0, 0, 0, 0};
     FrameSplitter splitter;
     std::vector<std::size_t> sizes;
@@ -99,7 +101,7 @@ TEST(FrameSplitter, GivesEachFrameWhenItsLastByteHasCome) {
     EXPECT_TRUE(splitter.Rest().empty());
 }
 
-TEST(Notification, ComesBackFromTheReaderAsItWasWritten) {
+TEST(Notification, IsReadAsItWasWritten) {
     const TempPath file("notification");
     const Notification written{.state = "high",
                                .enabled = true,
@@ -120,7 +122,7 @@ TEST(Notification, ComesBackFromTheReaderAsItWasWritten) {
     EXPECT_FALSE(ReadNotification("no such file"));
 }
 
-TEST(Arguments, SplitALineAndGiveOptionsFromAnywhere) {
+TEST(Arguments, AreSplitAndOptionsFoundAnywhere) {
     Arguments arguments(SplitLine(R"(health --page "a b" low --disabled --page c)"));
     EXPECT_EQ(arguments.TakeValue("--page"), "c");
     EXPECT_TRUE(arguments.TakeFlag("--disabled"));

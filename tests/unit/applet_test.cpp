@@ -1,4 +1,4 @@
-// The applet's judgements and texts that need no desktop: versions, the result window, cells.
+// Parts of the applet that need no desktop: versions, the result window, cells.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -6,11 +6,10 @@
 #include "AutomationDate.h"
 #include "NewerVersion.h"
 #include "Reboot.h"
-#include "ResultListView.h"
-#include "ResultText.h"
+#include "ResultsListView.h"
 #include "UpdateResultStore.h"
 #include "VersionInfo.h"
-#include "frame/Dispatch.h"
+#include "frame/MessageMap.h"
 
 namespace {
 
@@ -52,6 +51,11 @@ TEST(VersionInfo, ReadsTheProgramsOwnBlock) {
     EXPECT_EQ(info.GetOriginalFilename(), "vh_tray.exe");
     EXPECT_EQ(info.GetComments(), "") << "the block has none";
     EXPECT_EQ(info.GetLastErrorText(), nullptr);
+    CVersionInfo other;
+    ASSERT_EQ(other.LoadFile(SAMPLE_APPLET), 1);
+    EXPECT_EQ(other.GetFileVersionLS(), 0x00080007u);
+    EXPECT_EQ(other.GetProductVersionLS(), 0x00080001u);
+    EXPECT_EQ(other.GetFileVersion() + " " + other.GetProductVersion(), "4.2.8-7 4.2.8-1");
     SYSTEMTIME date;
     info.GetFileDateSystemTime(date);
     EXPECT_EQ(date.wYear, 1601);
@@ -80,18 +84,6 @@ TEST(ResultStore, AFailureHasTheTopBit) {
         EXPECT_EQ((UpdateResultRecord{{}, result}).IsFailure(), isFailure) << result;
 }
 
-TEST(ResultText, TheTimeIsTheUsersOwn) {
-    SYSTEMTIME utc, local;
-    const FILETIME noon = Time(kNoon);
-    FileTimeToSystemTime(&noon, &utc);
-    SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local);
-    char date[64], time[64];
-    GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &local, nullptr, date, sizeof date);
-    GetTimeFormatA(LOCALE_USER_DEFAULT, TIME_NOSECONDS, &local, nullptr, time, sizeof time);
-    EXPECT_EQ(FormatResultTime({noon, 0}, 256), std::string(date) + " " + time);
-    EXPECT_EQ(FormatResultTime({Time(~0ull), 0}, 256), "") << "a time that is none";
-}
-
 TEST(ResultText, TheReasonIsOneLine) {
     const std::string success = FormatResultReason({{}, 0});
     EXPECT_NE(success, "");
@@ -100,17 +92,26 @@ TEST(ResultText, TheReasonIsOneLine) {
 }
 
 TEST(ResultList, RecordsSortByTimeInWholeSecondsAndByUnsignedCode) {
-    const CInstallResultsListView installed;
+    const UpdateResultRecord records[] = {{Time(kNoon), 3010},
+                                          {Time(kNoon + 9'999'999), 3010},
+                                          {Time(kNoon + 10'000'000), 0x80000000},
+                                          {Time(~0ull), 0}};
+    const auto entry = [&](int i) {
+        return SortEntry{&records[i], ToAutomationDate(records[i].m_time), ""};
+    };
+    const SortEntry early = entry(0), sameSecond = entry(1), late = entry(2), none = entry(3);
+    CInstallResultsListView installed;
+    EXPECT_FALSE(installed.DoSortItems(0, false)) << "no such column";
     const CDownloadResultsListView failed;
-    const UpdateResultRecord early{Time(kNoon), 3010}, sameSecond{Time(kNoon + 9'999'999), 3010},
-        late{Time(kNoon + 10'000'000), 0x80000000}, none{Time(~0ull), 0};
     for (const auto& [list, time, code] :
-         {std::tuple<const CResultListView&, int, int>{installed, 2, 3}, {failed, 1, 2}}) {
+         {std::tuple<const CSortListViewImpl&, int, int>{installed, 2, 3}, {failed, 1, 2}}) {
+        EXPECT_EQ(list.FormatResultTime(records[3]), "");
         EXPECT_EQ(list.CompareItemsCustom(early, late, time), -1);
         EXPECT_EQ(list.CompareItemsCustom(late, early, time), 1);
         EXPECT_EQ(list.CompareItemsCustom(early, sameSecond, time), 0);
         EXPECT_EQ(list.CompareItemsCustom(none, early, time), -1);
         EXPECT_EQ(list.CompareItemsCustom(early, late, code), -1);
+        EXPECT_EQ(list.CompareItemsCustom(late, early, code), 1);
         EXPECT_EQ(list.CompareItemsCustom(early, sameSecond, code), 0);
         EXPECT_EQ(list.CompareItemsCustom(early, late, 0), 0);
     }
@@ -122,12 +123,27 @@ TEST(Reboot, IsNeededByThreeResults) {
         EXPECT_FALSE(NeedsReboot(result)) << result;
 }
 
-TEST(Dispatch, MemoryThatRunsOutLeavesTheMessageUnhandled) {
-    struct {
-        BOOL ProcessWindowMessage(HWND, UINT, WPARAM, LPARAM, LRESULT&) { throw std::bad_alloc(); }
-    } window;
-    LRESULT result = 0;
-    EXPECT_FALSE(Dispatch(window, nullptr, WM_INITDIALOG, 0, 0, result));
+// A message counts as handled as soon as its handler has begun, unless the handler says otherwise.
+TEST(MessageMap, KeepsAMessageWhoseHandlerRunsOutOfMemoryFromTheDefaultProcedure) {
+    struct : CMessageMap {
+        BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM, LPARAM,
+                                  LRESULT& result) final {
+            result = 1;
+            if (message == WM_INITDIALOG) throw std::bad_alloc();
+            if (message == WM_SETTINGCHANGE) Dispatch(window, WM_NULL, 0, 0, result);
+            if (message == WM_COMMAND) m_bMsgHandled = FALSE;
+            return message != WM_NULL;
+        }
+        using CMessageMap::Dispatch;
+    } map;
+    for (const auto& [message, handled, answer] : {std::tuple{WM_INITDIALOG, TRUE, 0},
+                                                   {WM_SETTINGCHANGE, TRUE, 1},
+                                                   {WM_COMMAND, FALSE, 1},
+                                                   {WM_NULL, FALSE, 1}}) {
+        LRESULT result = 0;
+        EXPECT_EQ(map.Dispatch(nullptr, message, 0, 0, result), handled) << message;
+        EXPECT_EQ(result, answer) << message;
+    }
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Bytes as text, two digits each, so that a test can show what it expects as one writes it by hand,
-// and text as bytes.
+// Converts bytes to hexadecimal text, two digits each, and back, so that a test can state expected
+// bytes as text.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// The agent link, byte for byte: the frames of every command on a real socket, composite messages
-// and framed records against bytes written by hand, and receivers that believe nothing they read.
+// The agent link, byte for byte: the frames of every command on a socket, composite messages and
+// framed records compared with bytes written by hand, and readers of invalid bytes.
 
 #include <winsock2.h>
 #include <gtest/gtest.h>
@@ -7,12 +7,14 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <sstream>
 #include <vector>
 
+#include "hlxBigEndian.h"
 #include "hlxCommand.h"
 #include "hlxComposite.h"
-#include "hlxRecord.h"
 #include "loopback.h"
+#include "record_contents.h"
 
 namespace {
 
@@ -27,7 +29,7 @@ protected:
     std::string Received() { return ReceivedHex(m_daemon); }
 
 private:
-    const Loopback m_daemon{SOCK_DGRAM, kHlxUdpPort};
+    const Loopback m_daemon{SOCK_DGRAM, HLX_UDP_PORT};
 };
 
 TEST_F(DatagramReceiver, GetsTheFrameOfEachCommand) {
@@ -46,27 +48,29 @@ TEST_F(DatagramReceiver, GetsTheFrameOfEachCommand) {
     EXPECT_EQ(Received(),
               "00 00 00 03 00 00 00 1B 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 00 00 00 00 00 "
               "61 62 00 00 00 00 00");
-    const Bytes record(kHlxRecord8Size, 0xAB);
+    const Bytes record(HLX_RECORD_8_SIZE, 0xAB);
     EXPECT_EQ(hlx_sendRecord8(record.data()), 0);
-    EXPECT_EQ(Received(), "00 00 00 08 00 00 01 E0 " + Hex(record.data(), kHlxRecord8Size));
+    EXPECT_EQ(Received(), "00 00 00 08 00 00 01 E0 " + Hex(record.data(), HLX_RECORD_8_SIZE));
     EXPECT_EQ(hlx_sendRecord9(record.data()), 0);
-    EXPECT_EQ(Received(), "00 00 00 09 00 00 00 50 " + Hex(record.data(), kHlxRecord9Size));
+    EXPECT_EQ(Received(), "00 00 00 09 00 00 00 50 " + Hex(record.data(), HLX_RECORD_9_SIZE));
 }
 
-TEST_F(DatagramReceiver, IsNotBotheredWithRefusedCommands) {
+TEST_F(DatagramReceiver, ReceivesNothingForRejectedCommands) {
     std::int32_t error = 77;
     EXPECT_EQ(hlx_sendRecord8(nullptr), 1);
     EXPECT_EQ(hlx_sendRecord9(nullptr), 1);
     EXPECT_EQ(hlx_sendComposite(0, B("a"), 1, B("b"), 0, nullptr), 1);
-    EXPECT_EQ(hlx_sendCommand(kHlxUdpPort, 1, nullptr, 5, &error), HLX_REFUSED);
-    EXPECT_EQ(hlx_sendCommand(kHlxUdpPort, 1, B("a"), 0, &error), HLX_REFUSED);
-    EXPECT_EQ(hlx_sendCommand(kHlxUdpPort, 1, B("a"), UINT32_MAX, &error), HLX_NO_MEMORY);
-    EXPECT_EQ(hlx_sendCommandTcp(kHlxTcpPort, 1, B("a"), 0, &error), HLX_REFUSED);
+    EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 1, nullptr, 5, &error), HLX_REFUSED);
+    EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 1, B("a"), 0, &error), HLX_REFUSED);
+    EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 1, B("a"), UINT32_MAX, &error), HLX_NO_MEMORY);
+    EXPECT_EQ(hlx_sendCommandTcp(HLX_TCP_PORT, 1, B("a"), 0, &error), HLX_REFUSED);
     EXPECT_EQ(error, 77);
     const Bytes tooLong(70'000, 1);
-    EXPECT_EQ(hlx_sendCommand(kHlxUdpPort, 1, tooLong.data(), 70'000, &error), HLX_SOCKET_FAILED);
+    EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 1, tooLong.data(), 70'000, &error), HLX_SOCKET_FAILED);
     EXPECT_EQ(error, WSAEMSGSIZE);
-    EXPECT_EQ(hlx_sendCommand(kHlxUdpPort, 0xFF, B("z"), 1, nullptr), HLX_DONE);
+    EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 0xFF, B("z"), 1, nullptr), HLX_DONE);
+    EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 0xFF, B("z"), 1, &error), HLX_DONE);
+    EXPECT_EQ(error, 0);
     EXPECT_EQ(Received(), "00 00 00 FF 00 00 00 01 7A") << "the first frame that went out";
 }
 
@@ -116,53 +120,53 @@ TEST(Composite, RefusesWhatCannotBeBuilt) {
     error = 77;
     EXPECT_FALSE(hlx_buildComposite(1, B("a"), 1, B("b"), UINT32_MAX, nullptr, &size, &error));
     EXPECT_EQ(error, 1);
-    EXPECT_EQ(hlx_parseComposite(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
-              HLX_REFUSED);
 }
 
 TEST(Composite, IsReadWithinItsSizeOnly) {
+    constexpr std::uint32_t kHalf = 0x80000000;  // twice this is 0 in 32 bits
     const struct {
-        std::uint32_t offset, value, size;
+        std::uint32_t header[5], size;
         bool fits;
     } cases[] = {
-        {0, 0, 30, true},     {3, 10, 30, true},    {3, 11, 30, false}, {4, 0x80, 30, false},
-        {8, 0xFF, 30, false}, {11, 8, 30, true},    {11, 9, 30, false}, {15, 10, 30, true},
-        {15, 11, 30, false},  {19, 0xFF, 30, true}, {0, 0, 25, true},   {0, 0, 24, false},
-        {0, 0, 19, false},
+        {{3, 2, 3}, 25, true},           {{3, 2, 3}, 24, false},
+        {{3, 2, 3}, 19, false},          {{10, 2, 3}, 30, true},
+        {{11, 2, 3}, 30, false},         {{kHalf, 2, 3}, 30, false},
+        {{3, 2, 8}, 30, true},           {{3, 2, 9}, 30, false},
+        {{3, kHalf, kHalf}, 30, false},  {{3, 2, 3, 10, 0}, 30, true},
+        {{3, 2, 3, 11, 0}, 30, false},   {{3, 2, 3, kHalf, kHalf}, 30, false},
+        {{3, 2, 3, 0, kHalf}, 30, true},
     };
-    for (const auto& [offset, value, size, fits] : cases) {
-        Bytes message = {0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, 3};
-        message.resize(30);
-        message[offset] = static_cast<std::uint8_t>(value);
-        const Bytes exact(message.begin(), message.begin() + size);
-        std::uint32_t length;
-        const std::uint8_t* blob;
-        EXPECT_EQ(hlx_parseCompositeChecked(exact.data(), size, &length, &blob, &length, &blob,
+    std::uint32_t length;
+    const std::uint8_t* blob;
+    for (const auto& [header, size, fits] : cases) {
+        Bytes message(size);
+        for (std::uint32_t i = 0; i < 5 && 4 * i + 4 <= size; ++i)
+            hlx_storeBig32(&message[4 * i], header[i]);
+        EXPECT_EQ(hlx_parseCompositeChecked(message.data(), size, &length, &blob, &length, &blob,
                                             nullptr, nullptr),
                   fits ? HLX_DONE : HLX_REFUSED)
-            << offset << " " << value << " " << size;
+            << Hex(message.data(), size);
+    }
+    const Bytes message(25);
+    for (int missing = 0; missing <= 5; ++missing) {
+        const auto orNull = [&](int i, auto* wanted) { return i == missing ? nullptr : wanted; };
+        EXPECT_EQ(
+            hlx_parseComposite(orNull(0, message.data()), orNull(1, &length), orNull(2, &blob),
+                               orNull(3, &length), orNull(4, &blob), nullptr, nullptr),
+            missing < 5 ? HLX_REFUSED : HLX_DONE);
     }
 }
 
 // Type, first number, two texts, second number, third text, third number, then the integers.
 std::string Decoded(const Bytes& record) {
-    std::uint32_t type = 77, value1 = 77, value2 = 77, value3 = 77;
-    std::int32_t count = 77;
-    char* texts[3];
-    std::uint32_t* ints;
-    if (hlx_decodeRecord(record.data(), static_cast<std::uint32_t>(record.size()), &type, &value1,
-                         &texts[0], &texts[1], &value2, &texts[2], &value3, &count,
-                         &ints) != HLX_DONE)
-        return "refused";
-    const auto text = [&](int i) { return std::string(texts[i] ? texts[i] : "-") + " "; };
-    const auto number = [](auto value) { return std::to_string(value) + " "; };
-    std::string result = number(type) + number(value1) + text(0) + text(1) + number(value2) +
-                         text(2) + number(value3) + number(count);
-    for (std::int32_t i = 0; ints && i < count; ++i) result += number(ints[i]);
-    result.pop_back();
-    for (char* each : texts) std::free(each);
-    std::free(ints);
-    return result;
+    const RecordContents read(record.data(), record.size());
+    if (read.result != HLX_DONE) return "refused";
+    const auto text = [&](int i) { return read.blobs[i] ? read.blobs[i] : "-"; };
+    std::ostringstream all;
+    all << read.type << " " << read.value1 << " " << text(0) << " " << text(1) << " " << read.value2
+        << " " << text(2) << " " << read.value3 << " " << read.intCount;
+    for (std::int32_t i = 0; read.ints && i < read.intCount; ++i) all << " " << read.ints[i];
+    return all.str();
 }
 
 TEST(Record, IsEncodedAsItIsDecodedBack) {
@@ -198,7 +202,7 @@ TEST(Record, IsEncodedAsItIsDecodedBack) {
 }
 
 TEST(Record, RefusesWhatTheFormatCannotHold) {
-    const Bytes bytes(kHlxLongestRecord);
+    const Bytes bytes(HLX_LONGEST_RECORD);
     std::uint32_t size = 0;
     std::uint32_t* sizeWanted = &size;
     const auto errorOf = [&](std::int32_t type, std::uint32_t length, const std::uint8_t* blob,
@@ -210,8 +214,8 @@ TEST(Record, RefusesWhatTheFormatCannotHold) {
         EXPECT_EQ(record == nullptr, error != 0);
         return error;
     };
-    EXPECT_EQ(errorOf(1, kHlxLongestRecord - 39, bytes.data(), 0), 0u);
-    EXPECT_EQ(errorOf(1, kHlxLongestRecord - 38, bytes.data(), 0), 1u);
+    EXPECT_EQ(errorOf(1, HLX_LONGEST_RECORD - 39, bytes.data(), 0), 0u);
+    EXPECT_EQ(errorOf(1, HLX_LONGEST_RECORD - 38, bytes.data(), 0), 1u);
     EXPECT_EQ(errorOf(1, UINT32_MAX, bytes.data(), 0), 1u);
     for (const int type : {0, 1}) EXPECT_EQ(errorOf(type, 1, nullptr, 0), 1u);
     for (const int count : {-1, 1}) EXPECT_EQ(errorOf(1, 0, nullptr, count), 1u);
@@ -237,6 +241,16 @@ TEST(Record, IsDecodedWithinItsSizeOnly) {
         EXPECT_EQ(Decoded({record.begin(), record.begin() + size}), "refused") << offset;
     }
     EXPECT_EQ(Decoded({}), "refused");
+    for (int missing = 0; missing <= 6; ++missing) {
+        const auto orNull = [&](int i, auto* wanted) { return i == missing ? nullptr : wanted; };
+        std::uint32_t number, *ints;
+        std::int32_t count;
+        char* blob;
+        EXPECT_EQ(hlx_decodeRecord(orNull(0, sound.data()), 39, orNull(1, &number),
+                                   orNull(2, &number), &blob, &blob, orNull(3, &number), &blob,
+                                   orNull(4, &number), orNull(5, &count), &ints),
+                  missing < 6 ? HLX_REFUSED : HLX_DONE);
+    }
 }
 
 }  // namespace

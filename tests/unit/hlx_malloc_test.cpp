@@ -1,4 +1,4 @@
-// The guarded allocator: padding, counters, damage found or not, and what it tells the log.
+// The guarded allocator: padding, counters, detected damage, and its log lines.
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,11 @@
-// Memory runs out at every point of every operation that allocates: the first allocation fails,
-// then the second, and so on until none does. Nothing may leak, crash or be handed out in part.
+// Out of memory in every operation that allocates: the first allocation fails, then the second, and
+// so on until none fails. No run may leak, crash or return partial results.
 //
-// The program's own malloc, calloc and free stand in front of the real ones (linked with --wrap),
-// and its operator new uses them.
+// The program wraps malloc, calloc and free (linker option --wrap), and its operator new uses them.
 
+#include <winsock2.h>
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,18 +13,18 @@
 #include <new>
 
 #include "ExpatLibrary.h"
+#include "health_reading.h"
 #include "hex.h"
+#include "hlxInterface.h"
 #include "hlxCommand.h"
 #include "hlxComposite.h"
-#include "hlxHealthResult.h"
 #include "hlxLog.h"
-#include "hlxMalloc.h"
-#include "hlxRecord.h"
+#include "record_contents.h"
 #include "temp_path.h"
 
 namespace {
 
-// What is watched between Arm and Disarm, without allocating for it.
+// The state between Arm and Disarm; it allocates nothing.
 struct Watch {
     bool isArmed = false;
     int callsLeft = 0;  // until the one that fails
@@ -67,14 +68,14 @@ void* operator new(std::size_t size) {
     if (void* const block = std::malloc(size)) return block;
     throw std::bad_alloc();
 }
-// Not inlined: the compiler would see what operator new gave meet free, and take it for a mistake.
+// Not inlined: the compiler would report memory of operator new that is released with free.
 [[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
 [[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
 
 namespace {
 
-// Runs the operation, which tells whether it got all that it asks for and releases what it got,
-// with every allocation failing in turn. The count is of the allocations that it makes.
+// Runs the operation once for each of its allocations, with that allocation failing. The operation
+// returns whether it succeeded, and releases its results. Returns the number of allocations.
 int FailEachAllocation(const std::function<bool()>& operation) {
     for (int failing = 1;; ++failing) {
         g_watch.liveCount = 0;
@@ -96,45 +97,32 @@ TEST(Memory, RunsOutInTheHealthReader) {
         "<HLXHealthResult><Message popup='a value that is long enough for the heap'>text that is "
         "long enough for the heap</Message><Browser url='a'/><RestrictIP>1.1.1.1-2.2.2.2"
         "</RestrictIP></HLXHealthResult>";
+    int withoutRawResult = 0;
     FailEachAllocation([&] {
-        std::uint32_t number = 0;
-        char* texts[3] = {};
-        std::uint32_t* ranges = nullptr;
-        const HlxResult result =
-            hlx_parseHealthResult(kDocument, &number, &number, &number, &number, &texts[0],
-                                  &texts[1], &number, &texts[2], &number, &number, &ranges);
-        bool gotAll = result == HLX_DONE && ranges && ranges[1];
-        if (ranges) hlxfree(ranges);
-        for (char* text : texts) {
-            gotAll = gotAll && text;
-            if (text) hlxfree(text);
-        }
-        return gotAll;
+        const HealthReading read(kDocument);
+        const bool gotRest = read.message && read.url && read.ranges && read.ranges[1];
+        withoutRawResult += read.result == HLX_NO_MEMORY && gotRest && !read.raw;
+        return read.result == HLX_DONE && gotRest && read.raw;
     });
     hlx_unloadExpat();
+    EXPECT_EQ(withoutRawResult, 1);
 }
 
-// A record there and back, then a composite message and a frame.
+// A record encoded and decoded, a composite message and a frame.
 TEST(Memory, RunsOutInTheAgentLink) {
     const auto* const blob = B("blob");
     const auto exchangeRecord = [&] {
         const std::uint32_t ints[] = {1, 2};
-        std::uint32_t size, error, type, number;
-        std::int32_t count;
+        std::uint32_t size, error;
         std::uint8_t* const record =
             hlx_encodeRecord(1, 0, 4, blob, 4, blob, 0, 4, blob, 0, 2, ints, &size, &error);
         EXPECT_EQ(error, record ? 0u : 1u);
         if (!record) return false;
-        char* blobs[3];
-        std::uint32_t* copies;
-        const bool isDecoded =
-            hlx_decodeRecord(record, size, &type, &number, &blobs[0], &blobs[1], &number, &blobs[2],
-                             &number, &count, &copies) == HLX_DONE;
-        EXPECT_EQ(isDecoded, copies && blobs[0] && blobs[1] && blobs[2]);
-        for (char* copy : blobs) std::free(copy);
-        std::free(copies);
+        const RecordContents read(record, size);
         std::free(record);
-        return isDecoded;
+        EXPECT_EQ(read.result == HLX_DONE,
+                  read.ints && read.blobs[0] && read.blobs[1] && read.blobs[2]);
+        return read.result == HLX_DONE;
     };
     EXPECT_EQ(FailEachAllocation(exchangeRecord), 5);
     const auto buildComposite = [&] {
@@ -146,10 +134,20 @@ TEST(Memory, RunsOutInTheAgentLink) {
         return message != nullptr;
     };
     EXPECT_EQ(FailEachAllocation(buildComposite), 1);
-    const auto send = [&] {  // no further than its frame, as nobody has started the sockets
-        return hlx_sendCommandTcp(kHlxTcpPort, 1, blob, 4, nullptr) != HLX_NO_MEMORY;
+#ifndef _WIN32  // where the process has a private registry
+    HKEY key = nullptr;
+    const DWORD useTcp = 1;
+    RegCreateKeyExA(HKEY_LOCAL_MACHINE, HLX_AGENT_KEY, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                    nullptr);
+    RegSetValueExA(key, "UseTCP", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&useTcp), 4);
+    RegCloseKey(key);
+#endif
+    const std::int32_t setting = hlx_useTcp();
+    const auto send = [&] {  // only up to its frame, since the sockets are not initialised
+        g_useTcp = -1;
+        return hlx_requestReassess() == WSANOTINITIALISED && g_useTcp == setting;
     };
-    EXPECT_EQ(FailEachAllocation(send), 1);
+    FailEachAllocation(send);
 }
 
 TEST(Memory, RunsOutInTheLogAndTheAllocator) {
@@ -159,9 +157,11 @@ TEST(Memory, RunsOutInTheLogAndTheAllocator) {
         if (hlx_logCreate(&log, "program", 0, 0) != HLX_DONE) return false;
         const HlxResult console = hlx_logAddSink(log, HLX_SINK_CONSOLE, nullptr);
         const HlxResult opened = hlx_logAddSink(log, HLX_SINK_FILE, path.c_str());
+        const HlxResult events = hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr);
         hlx_logDestroy(log);
-        return console == HLX_DONE && opened == HLX_DONE;
+        return console == HLX_DONE && opened == HLX_DONE && events == HLX_DONE;
     };
+    EXPECT_TRUE(openLog()) << "what the simulator keeps for handles";
     FailEachAllocation(openLog);
     const auto copyText = [] {
         char* const copy = hlxstrdup("text");

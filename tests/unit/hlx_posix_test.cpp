@@ -1,26 +1,43 @@
-// What only the simulated machine can show of the common library: lines with the clock held, the
-// second that a TCP frame waits, sockets and libraries that fail on order, the settings in a
-// registry of the test's own, and guards that end the process.
+// Tests of the common library that need the simulator: log lines with the manual clock, events of
+// the system log, the second before a TCP connection closes, failing sockets and libraries,
+// settings in a private registry, and guards that end the process.
 
 #include <winsock2.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <windows.h>
 
+#include <barrier>
+#include <cstdarg>
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
 
-#include "hlxAgentKey.h"
+#include "hlxInterface.h"
 #include "hlxCommand.h"
 #include "hlxParseConf.h"
+#include "hlxSwCache.h"
 #include "loopback.h"
-#include "machine/clock.h"
-#include "machine/faults.h"
-#include "machine/waits.h"
+#include "simulator/clock.h"
+#include "simulator/faults.h"
+#include "simulator/objects.h"
+#include "simulator/threads.h"
 #include "scoped_log.h"
 
-using machine::Clock;
+using simulator::Clock;
 using namespace std::chrono_literals;
+
+namespace {
+std::string g_events;  // of the system's log, whose functions are the two below
+}
+
+extern "C" void openlog(const char* name, int, int) { g_events += name; }
+extern "C" void syslog(int priority, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    g_events += " " + std::to_string(priority) + " " + va_arg(arguments, const char*) + "\n";
+    va_end(arguments);
+}
 
 namespace {
 
@@ -33,11 +50,11 @@ protected:
         WSAStartup(0x0202, &data);
         g_useTcp = -1;
         // 18 November 2026, 06:15:08
-        Clock::Hold(machine::kUnixEpoch + 1'794'982'508 * machine::kTicksPerSecond);
+        Clock::SetManual(simulator::kUnixEpoch + 1'794'982'508 * simulator::kTicksPerSecond);
     }
     ~Machine() override {
-        machine::ClearFaults();
-        Clock::Release();
+        EXPECT_EQ(simulator::ClearFaults(), "") << "faults that nothing used";
+        Clock::SetReal();
         WSACleanup();
         std::filesystem::remove_all(m_registry.c_str());
     }
@@ -46,7 +63,7 @@ protected:
 
     void SetAgentValue(const char* name, DWORD type, const void* data, DWORD size) {
         HKEY key = nullptr;
-        RegCreateKeyExA(HKEY_LOCAL_MACHINE, kHlxAgentKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+        RegCreateKeyExA(HKEY_LOCAL_MACHINE, HLX_AGENT_KEY, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
                         nullptr);
         if (data) RegSetValueExA(key, name, 0, type, static_cast<const BYTE*>(data), size);
         RegCloseKey(key);
@@ -83,28 +100,39 @@ TEST_F(Machine, WritesALineWithAllItsOptions) {
 
 TEST_F(Machine, SendsByTcpAndWaitsASecondBeforeTheEnd) {
     SetUseTcp(1);
-    const Loopback listener(SOCK_STREAM, kHlxTcpPort);
+    const Loopback listener(SOCK_STREAM, HLX_TCP_PORT);
     ASSERT_EQ(listen(listener, 1), 0);
-    std::int32_t error = 77;
-    machine::ThreadMark mark;
-    std::thread sender([&] {
-        mark.Enter();
-        error = hlx_sendText("hi");
-        mark.Leave();
-    });
-    const SOCKET connection = accept(listener, nullptr, nullptr);
-    EXPECT_EQ(ReceivedHex(connection), "00 00 00 0A 00 00 00 03 68 69 00");
-    {
-        machine::WorldLock lock = machine::LockWorld();
-        machine::Settle(lock);
+    const struct {
+        const char* failing;
+        int code;
+        std::string frame, before;
+    } cases[] = {
+        {"", 0, "00 00 00 0A 00 00 00 03 68 69 00", "nothing"},
+        {"send", WSAECONNRESET, "end", "end"},
+        {"shutdown", WSAENOTCONN, "00 00 00 0A 00 00 00 03 68 69 00", "nothing"},
+    };
+    for (const auto& each : cases) {
+        if (*each.failing) simulator::FailNext(each.failing, 1, each.code);
+        std::int32_t error = 77;
+        simulator::ThreadRegistration registration;
+        std::thread sender([&] {
+            registration.Enter();
+            EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, HLX_COMMAND_TEXT, B("hi"), 3, &error),
+                      each.code ? HLX_SOCKET_FAILED : HLX_DONE);
+            registration.Leave();
+        });
+        const SOCKET connection = accept(listener, nullptr, nullptr);
+        EXPECT_EQ(ReceivedHex(connection), each.frame);
+        simulator::WaitUntilIdle();
+        Clock::Advance(999ms);
+        EXPECT_EQ(ReceivedHex(connection, MSG_DONTWAIT), each.before);
+        Clock::Advance(1ms);
+        EXPECT_EQ(ReceivedHex(connection), "end");
+        sender.join();
+        EXPECT_EQ(error, each.code);
+        closesocket(connection);
+        EXPECT_EQ(simulator::LiveObjects()["socket"], 1u) << "that of the listener";
     }
-    Clock::Advance(999ms);
-    EXPECT_EQ(ReceivedHex(connection, MSG_DONTWAIT), "nothing");
-    Clock::Advance(1ms);
-    EXPECT_EQ(ReceivedHex(connection), "end");
-    sender.join();
-    EXPECT_EQ(error, 0);
-    closesocket(connection);
 }
 
 TEST_F(Machine, TakesTheTransportFromTheKeyOnceItOpens) {
@@ -119,31 +147,51 @@ TEST_F(Machine, TakesTheTransportFromTheKeyOnceItOpens) {
     EXPECT_EQ(hlx_requestDownload(), 0) << "by UDP, where nobody has to listen";
 }
 
-TEST_F(Machine, RepeatsADatagramThatWouldBlockButNotForEver) {
+TEST_F(Machine, RepeatsADatagramThatWouldBlockALimitedNumberOfTimes) {
     g_useTcp = 0;
     const struct {
         const char* failing;
         int times, code;
         HlxResult result;
+        decltype(&hlx_sendCommand) send = hlx_sendCommand;
     } cases[] = {
         {"sendto", 2, WSAEWOULDBLOCK, HLX_DONE},
-        {"sendto", machine::kEveryCall, WSAEWOULDBLOCK, HLX_SOCKET_FAILED},
+        {"sendto", simulator::kEveryCall, WSAEWOULDBLOCK, HLX_SOCKET_FAILED},
         {"sendto", 1, WSAEINTR, HLX_DONE},
         {"socket", 1, WSAEMFILE, HLX_SOCKET_FAILED},
+        {"socket", 1, WSAEMFILE, HLX_SOCKET_FAILED, hlx_sendCommandTcp},
+        {"connect", 1, WSAETIMEDOUT, HLX_SOCKET_FAILED, hlx_sendCommandTcp},
     };
     for (const auto& each : cases) {
         std::int32_t error = 77;
-        machine::FailNext(each.failing, each.times, each.code);
-        EXPECT_EQ(hlx_sendCommand(kHlxUdpPort, 1, B("x"), 1, &error), each.result);
+        simulator::FailNext(each.failing, each.times, each.code);
+        EXPECT_EQ(each.send(HLX_UDP_PORT, 1, B("x"), 1, &error), each.result);
         EXPECT_EQ(error, each.code);
-        machine::ClearFaults();
+        EXPECT_EQ(simulator::ClearFaults(), "");
+        EXPECT_EQ(simulator::LiveObjects().count("socket"), 0u);
     }
-    machine::FailNext("RegisterEventSourceA", 1, 5);
-    ScopedLog log(nullptr, 0, "p");
-    EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr), HLX_NOT_OPENED);
 }
 
-TEST_F(Machine, FindsTheParserInTheAgentsDirectoryOrDoesWithout) {
+TEST_F(Machine, WritesEventsOfEachLevelUnderTheProgramsName) {
+    simulator::FailNext("RegisterEventSourceA", 1, ERROR_ACCESS_DENIED);
+    ScopedLog log(nullptr, 0, "p");
+    EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr), HLX_NOT_OPENED);
+    EXPECT_EQ(hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr), HLX_DONE);
+    hlx_logSetLevel(log, 3);
+    for (const int level : {0, 1, 2, 3}) hlx_log(log, level, HLX_AREA_INTEGRITY, "%d", level);
+    EXPECT_EQ(g_events, "p 6 0\np 3 1\np 4 2\np 6 3\n");
+}
+
+TEST_F(Machine, WritesTheCacheFileForAllToReadAndKeepsItsMask) {
+    const TempPath path("mask");
+    const mode_t before = umask(0);
+    EXPECT_EQ(hlx_setSwCache(path.c_str(), "", "", "", ""), 0u);
+    EXPECT_EQ(hlx_setSwCache("no/file", "", "", "", ""), 10u);
+    EXPECT_EQ(umask(before), 0u);
+    EXPECT_EQ(std::filesystem::status(path.c_str()).permissions(), std::filesystem::perms{0644});
+}
+
+TEST_F(Machine, LoadsTheParserFromTheAgentsDirectoryIfItIsThere) {
     char program[MAX_PATH];
     GetModuleFileNameA(nullptr, program, sizeof program);
     const std::string folder = std::filesystem::path(program).parent_path().string();
@@ -169,9 +217,25 @@ TEST_F(Machine, FindsTheParserInTheAgentsDirectoryOrDoesWithout) {
         if (!each.directory.empty())
             SetAgentValue(nullptr, REG_EXPAND_SZ, each.directory.c_str(),
                           static_cast<DWORD>(each.directory.size() + 1));
-        machine::FailNext(each.failing, each.times, ERROR_MOD_NOT_FOUND);
+        simulator::FailNext(each.failing, each.times, ERROR_MOD_NOT_FOUND);
         EXPECT_EQ(canParse(), each.isFound) << each.directory;
         EXPECT_TRUE(canParse());
+        EXPECT_EQ(simulator::LiveObjects().count("library"), 0u) << "unloaded";
+    }
+}
+
+TEST_F(Machine, LoadsTheParserOnceForTwoThreads) {
+    for (int round = 0; round < 50; ++round) {
+        std::barrier bothReady(2);
+        const auto use = [&] {
+            bothReady.arrive_and_wait();
+            EXPECT_NE(hlx_expatFunctions(), nullptr);
+        };
+        std::thread other(use);
+        use();
+        other.join();
+        hlx_unloadExpat();
+        EXPECT_EQ(simulator::LiveObjects().count("library"), 0u);
     }
 }
 

@@ -1,5 +1,5 @@
-// A program of somebody else: reads a message for the agent and logs what it holds to its standard
-// output, both through the installed library.
+// A program outside the project: with the installed library it reads a composite message and logs
+// its contents to standard output.
 #include <hlxComposite.h>
 #include <hlxLog.h>
 
