@@ -1,6 +1,6 @@
-# expat_headers: where expat.h is. The applet binds the parser library at run time, on both platforms,
-# so nothing links against it; what it finds then is LIBEXPAT.dll beside the programs. On Windows that is
-# built here from the distribution's source package, since no MinGW package carries expat.
+# expat_headers: where expat.h is. The applet loads the parser library at run time, on both platforms, so nothing
+# is linked with it. It finds LIBEXPAT.dll beside the programs. For Windows it is built here from the source
+# package of the distribution, since there is no MinGW package of expat.
 add_library(expat_headers INTERFACE)
 
 if(NOT WIN32)
@@ -24,18 +24,21 @@ set(EXPAT_BUILD_PKGCONFIG OFF CACHE INTERNAL "")
 set(EXPAT_BUILD_TESTS OFF CACHE INTERNAL "")
 set(EXPAT_BUILD_TOOLS OFF CACHE INTERNAL "")
 set(EXPAT_ENABLE_INSTALL OFF CACHE INTERNAL "")
-# expat's own CMake defines XML_DTD without a value, which the distribution's patches compare; so it is
-# defined here instead, with the value that it has in the distribution's build.
+# The CMake files of expat define XML_DTD without a value, but patches of the distribution compare it. So it is
+# defined here, with the value of the distribution's build.
 set(EXPAT_DTD OFF CACHE INTERNAL "")
 add_subdirectory(${expat_source} ${CMAKE_BINARY_DIR}/expat EXCLUDE_FROM_ALL)
 target_compile_definitions(expat PRIVATE XML_DTD=1)
+# Small: the C runtime of Windows formats the numbers, and no exception passes through the library.
+target_compile_definitions(expat PRIVATE __USE_MINGW_ANSI_STDIO=0)
+target_compile_options(expat PRIVATE -fno-asynchronous-unwind-tables)
 set_target_properties(expat PROPERTIES
     PREFIX ""
     OUTPUT_NAME LIBEXPAT
     SUFFIX .dll
     RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
     EXCLUDE_FROM_ALL FALSE)
-target_link_options(expat PRIVATE -s -Wl,--nxcompat -Wl,--dynamicbase)
+target_link_options(expat PRIVATE -s -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase)
 target_include_directories(expat_headers SYSTEM INTERFACE ${expat_source}/lib)
-# Whoever reads the headers wants the library beside its program.
+# A target that uses the headers needs the library beside its program.
 add_dependencies(expat_headers expat)

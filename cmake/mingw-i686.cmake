@@ -10,6 +10,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# What is built runs under Wine, on a desktop of this build folder's own; so ctest runs the test programs.
+# The programs run under Wine, on a desktop with a prefix in the build folder; so ctest can run the tests.
 set(VH_WINDOWS_DESKTOP ${CMAKE_CURRENT_LIST_DIR}/../tools/wine/desktop --prefix ${CMAKE_BINARY_DIR}/wine)
 set(CMAKE_CROSSCOMPILING_EMULATOR ${VH_WINDOWS_DESKTOP} wine)
