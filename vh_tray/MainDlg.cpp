@@ -24,10 +24,11 @@ Watcher* StartWatcher(HWND window, CRegisteredMessage& message, bool firstPass, 
 }
 
 // Stops the watcher, if there is one. A watcher whose thread does not end is not deleted: the
-// thread uses it. The second call finds a thread that has ended although the wait for it failed.
+// thread uses it. Tried twice, because a failed SetEvent or a failed wait tells nothing of the
+// thread.
 template <class Watcher>
 void StopOrForget(Watcher*& watcher) {
-    if (watcher && !watcher->Stop(kStopMs) && !watcher->Stop(0)) watcher = nullptr;
+    if (watcher && !watcher->Stop(kStopMs) && !watcher->Stop(kStopMs)) watcher = nullptr;
 }
 
 }  // namespace
