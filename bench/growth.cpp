@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "hlxInterface.h"
-#include "MainDlg.h"
-#include "UpdateResultStore.h"
+#include "controller/MainDlg.h"
+#include "updates/UpdateResultStore.h"
 #include "health_document.h"
 #include "hlxParseConf.h"
 #include "simulator/clock.h"

@@ -3,7 +3,7 @@
 #include <functional>
 #include <utility>
 
-#include "UpdatesDialog.h"
+#include "dialogs/UpdatesDialog.h"
 #include "simulator/objects.h"
 #include "story.h"
 

@@ -18,9 +18,9 @@
 #include <vector>
 
 #include "../unit/loopback.h"
-#include "AgentPaths.h"
-#include "MainDlg.h"
-#include "UpdateResultStore.h"
+#include "shared/AgentPaths.h"
+#include "controller/MainDlg.h"
+#include "updates/UpdateResultStore.h"
 #include "simulator/fault_run.h"
 #include "simulator/desktop.h"
 #include "simulator/session.h"

@@ -1,6 +1,6 @@
 // The hover tracker, which no part of the applet makes: one post when the pointer comes, one when
 // it has left.
-#include "TrayMouseTrack.h"
+#include "controller/TrayMouseTrack.h"
 #include "story.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // The two watchers without the applet: what counts as a change, what is posted, how they end.
-#include "RegThread.h"
+#include "watchers/RegThread.h"
 #include "story.h"
 
 namespace {

@@ -9,9 +9,9 @@
 
 #include "AgentDirectory.h"
 #include "Commands.h"
-#include "MainDlg.h"
+#include "controller/MainDlg.h"
 #include "Notification.h"
-#include "RegisteredMessages.h"
+#include "controller/RegisteredMessages.h"
 #include "harness.h"
 #include "hlxInterface.h"
 #include "simulator/clock.h"

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "UpdateResultStore.h"
+#include "updates/UpdateResultStore.h"
 #include "hlxRegistryKey.h"
 #include "harness.h"
 

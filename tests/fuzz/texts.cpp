@@ -3,7 +3,7 @@
 #include <array>
 #include <cerrno>
 
-#include "NewerVersion.h"
+#include "updates/NewerVersion.h"
 #include "hlxLog.h"
 #include "harness.h"
 

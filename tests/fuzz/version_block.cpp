@@ -1,7 +1,7 @@
 // Feeds the readers of resources: a file of any of the three kinds, whatever its bytes say.
 #include <windows.h>
 
-#include "VersionInfo.h"
+#include "updates/VersionInfo.h"
 #include "harness.h"
 
 namespace {

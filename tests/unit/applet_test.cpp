@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "AutomationDate.h"
-#include "NewerVersion.h"
-#include "Reboot.h"
-#include "ResultsListView.h"
-#include "UpdateResultStore.h"
-#include "VersionInfo.h"
+#include "shared/AutomationDate.h"
+#include "updates/NewerVersion.h"
+#include "updates/Reboot.h"
+#include "dialogs/ResultsListView.h"
+#include "updates/UpdateResultStore.h"
+#include "updates/VersionInfo.h"
 #include "frame/MessageMap.h"
 
 namespace {

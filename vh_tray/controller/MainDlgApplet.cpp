@@ -1,0 +1,76 @@
+// Runs the Control Panel applet of the agent inside this process, on a named page.
+#include <windows.h>
+#include <cpl.h>
+
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "controller/CplPath.h"
+#include "controller/MainDlg.h"
+#include "controller/ModalCall.h"
+#include "shared/StringTable.h"
+
+namespace {
+
+constexpr UINT kSheetCaption = 103;  // in the applet library's string table
+constexpr int kCaptionCapacity = 1023;
+
+LPCSTR DialogClass() { return MAKEINTATOM(32770); }
+
+HWND FindSheet(HMODULE library) {
+    char caption[kCaptionCapacity] = "";
+    LoadStringA(library, kSheetCaption, caption, kCaptionCapacity);
+    return FindWindowA(DialogClass(), caption);
+}
+
+// Shows the sheet as the Control Panel does, and returns when the user has closed it. `onClosed`
+// runs before CPL_STOP. By then the owner may be destroyed, and null.
+template <class OnClosed>
+void DriveApplet(APPLET_PROC applet, const HWND& owner, std::string& page, OnClosed onClosed) {
+    const CModalCall call(owner);
+    if (applet(owner, CPL_INIT, 0, 0) == 0) {
+        onClosed();
+        return;
+    }
+    const LONG count = applet(owner, CPL_GETCOUNT, 0, 0);
+    for (LONG index = 0; index < count; ++index) {
+        CPLINFO info{};
+        applet(owner, CPL_INQUIRE, index, reinterpret_cast<LPARAM>(&info));
+    }
+    applet(owner, CPL_STARTWPARMSA, 0, reinterpret_cast<LPARAM>(page.data()));
+    onClosed();
+    applet(owner, CPL_STOP, 0, 0);
+    applet(owner, CPL_EXIT, 0, 0);
+}
+
+}  // namespace
+
+LRESULT CMainDlg::OnShowApplet(WORD commandId) {
+    const std::unique_ptr<std::remove_pointer_t<HMODULE>, decltype(&FreeLibrary)> library(
+        LoadLibraryA(GetCplPath()), &FreeLibrary);
+    if (library) ShowSheet(library.get(), commandId);
+    return 0;
+}
+
+// Messages are dispatched while a sheet is open, so this function can be called inside itself. For
+// a page that is open, it brings that page to the front; for the other page, it opens a second
+// sheet.
+void CMainDlg::ShowSheet(HMODULE library, WORD commandId) {
+    const auto applet = reinterpret_cast<APPLET_PROC>(GetProcAddress(library, "CPlApplet"));
+    const HWND sheet = FindSheet(library);
+    if (!applet) return;
+
+    const bool isHealth = commandId == ID_DISPLAY_HEALTH;
+    std::string page;
+    LoadText(isHealth ? IDS_PAGE_HEALTH : IDS_PAGE_ABOUT, page);
+    BYTE& isOpen = isHealth ? m_bHealthSheetOpen : m_bAboutSheetOpen;
+    const bool wasOpen = isOpen != 0;
+    SetFlag(isOpen, 1);
+
+    const HWND openPage = FindWindowExA(sheet, nullptr, DialogClass(), page.c_str());
+    if (!wasOpen)
+        DriveApplet(applet, m_hWnd, page, [&] { SetFlag(isOpen, 0); });
+    else if (IsWindow(openPage))
+        SetForegroundWindow(openPage);
+}
