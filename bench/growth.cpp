@@ -14,14 +14,14 @@
 #include <string>
 #include <vector>
 
-#include "hlxInterface.h"
 #include "controller/MainDlg.h"
-#include "updates/UpdateResultStore.h"
 #include "health_document.h"
+#include "hlxInterface.h"
 #include "hlxParseConf.h"
 #include "simulator/clock.h"
 #include "simulator/desktop.h"
 #include "simulator/session.h"
+#include "updates/UpdateResultStore.h"
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int show);
 

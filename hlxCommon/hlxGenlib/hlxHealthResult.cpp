@@ -10,13 +10,12 @@
 #include <string>
 #include <string_view>
 
+#include "hlxInterface.h"
 #include "hlxMalloc.h"
 #include "hlxParseConf.h"
 #include "hlxText.h"
 
 namespace {
-
-constexpr std::string_view kRestrictTag = "RestrictIP";
 
 std::uint32_t FlagOf(const std::string& text) {
     return hlx_sameIgnoringCase(text, "true") || hlx_sameIgnoringCase(text, "yes");
@@ -49,22 +48,22 @@ void ReadValue(const hlxParseConf& tree, const char* tag,
 }
 
 void ReadPopup(const hlxConfElement& element, std::uint32_t* popup) {
-    const std::string* const value = Find(element, "popup");
+    const std::string* const value = Find(element, HLX_POPUP_ATTRIBUTE);
     if (popup && value) *popup = FlagOf(*value);
 }
 
 void ReadMessage(const hlxParseConf& tree, char** message, std::uint32_t* popup) {
-    const hlxConfElement* const element = Find(tree, "Message");
+    const hlxConfElement* const element = Find(tree, HLX_MESSAGE_TAG);
     if (!element) return;
     ReadPopup(*element, popup);
     if (message) *message = hlxstrdup(element->m_text.c_str());
 }
 
 void ReadBrowser(const hlxParseConf& tree, char** url, std::uint32_t* popup) {
-    const hlxConfElement* const element = Find(tree, "Browser");
+    const hlxConfElement* const element = Find(tree, HLX_BROWSER_TAG);
     if (!element) return;
     ReadPopup(*element, popup);
-    const std::string* const value = Find(*element, "url");
+    const std::string* const value = Find(*element, HLX_URL_ATTRIBUTE);
     if (url && value) *url = hlxstrdup(value->c_str());
 }
 
@@ -93,10 +92,10 @@ void ReadRange(std::string& text, std::uint32_t* pair) {
 // The ranges are the elements that follow each other directly from the first RestrictIP on.
 void ReadRanges(hlxParseConf& tree, std::uint32_t* count, std::uint32_t** addresses) {
     const auto end = tree.m_elements.end();
-    const auto first = std::ranges::find(tree.m_elements, kRestrictTag, &hlxConfElement::m_tag);
+    const auto first = std::ranges::find(tree.m_elements, HLX_RESTRICT_TAG, &hlxConfElement::m_tag);
     if (first == end) return;
     const auto last = std::ranges::find_if_not(first, end, [](const hlxConfElement& each) {
-        return hlx_sameIgnoringCase(each.m_tag, kRestrictTag);
+        return hlx_sameIgnoringCase(each.m_tag, HLX_RESTRICT_TAG);
     });
     const auto slots = static_cast<std::uint32_t>(2 * std::distance(first, last));
     if (count) *count = slots;
@@ -111,13 +110,12 @@ void ReadRanges(hlxParseConf& tree, std::uint32_t* count, std::uint32_t** addres
 
 // The exact text of the result element, found by searching for its tags.
 HlxResult ReadRawResult(std::string_view document, char** rawResult) {
-    constexpr std::string_view kOpening = "<HLXHealthResult";
-    constexpr std::string_view kClosing = "</HLXHealthResult>";
-    const std::size_t start = document.find(kOpening);
-    const std::size_t end = document.find(kClosing);
+    constexpr std::string_view kEnd = HLX_RESULT_END;
+    const std::size_t start = document.find(HLX_RESULT_START);
+    const std::size_t end = document.find(kEnd);
     if (!rawResult || start == document.npos || end == document.npos || end < start)
         return HLX_DONE;
-    const std::size_t length = end + kClosing.size() - start;
+    const std::size_t length = end + kEnd.size() - start;
     *rawResult = static_cast<char*>(hlxmalloc(static_cast<std::uint32_t>(length + 1)));
     if (!*rawResult) return HLX_NO_MEMORY;
     std::memcpy(*rawResult, document.data() + start, length);
@@ -136,10 +134,10 @@ HlxResult hlx_parseHealthResult(const char* text, std::uint32_t* autoInstall,
     try {
         hlxParseConf tree;
         if (!tree.Create("UTF-8", nullptr) || !tree.Parse(text, -1, true)) return HLX_NOT_PARSED;
-        ReadValue(tree, "AutoInstall", FlagOf, autoInstall);
-        ReadValue(tree, "Enabled", FlagOf, enabled);
-        ReadValue(tree, "HealthState", StateOf, healthState);
-        ReadValue(tree, "DisplayHealthIcon", FlagOf, displayHealthIcon);
+        ReadValue(tree, HLX_AUTO_INSTALL_TAG, FlagOf, autoInstall);
+        ReadValue(tree, HLX_ENABLED_TAG, FlagOf, enabled);
+        ReadValue(tree, HLX_HEALTH_STATE_TAG, StateOf, healthState);
+        ReadValue(tree, HLX_DISPLAY_ICON_TAG, FlagOf, displayHealthIcon);
         ReadMessage(tree, message, messagePopup);
         ReadBrowser(tree, browserUrl, browserPopup);
         ReadRanges(tree, restrictCount, restrictAddresses);

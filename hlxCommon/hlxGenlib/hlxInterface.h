@@ -26,8 +26,10 @@ constexpr char HLX_SWCACHE_FILE[] = "swcache";
 constexpr std::uint16_t HLX_UDP_PORT = 30022;
 constexpr std::uint16_t HLX_TCP_PORT = 30024;
 
-// Elements of the health notification, and the attributes of Message and Browser.
-constexpr char HLX_RESULT_TAG[] = "HLXHealthResult";
+// The health notification: the start and end of its root element, the elements in it, and the
+// attributes of Message and Browser.
+constexpr char HLX_RESULT_START[] = "<HLXHealthResult";
+constexpr char HLX_RESULT_END[] = "</HLXHealthResult>";
 constexpr char HLX_AUTO_INSTALL_TAG[] = "AutoInstall";
 constexpr char HLX_ENABLED_TAG[] = "Enabled";
 constexpr char HLX_HEALTH_STATE_TAG[] = "HealthState";

@@ -95,7 +95,7 @@ TEST_F(Dialogs, TheOfferMayHaveChangedSinceItWasAnnounced) {
     for (const auto& [name, version, rows, nameWidth, versionWidth] : offers) {
         Offer("Agent", "4.2.7-2");
         Pass();
-        std::filesystem::remove(m_agentDirectory / "swcache");
+        std::filesystem::remove(m_agentDirectory / HLX_SWCACHE_FILE);
         if (name) Offer(name, version);
         ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_UPDATES));
         ASSERT_EQ(FrontRows().size(), rows);
@@ -114,13 +114,13 @@ TEST_F(Dialogs, TheOfferMayHaveChangedSinceItWasAnnounced) {
 TEST_F(Dialogs, FailedDownloadsListsTheLatestBatch) {
     setenv("TZ", "IST-5:30", 1);
     StartWith({});
-    Report(kDownloadResultsKey, "old", kFailed, 601s);
-    Report(kDownloadResultsKey, "edge", kFailed, 600s);
-    Report(kDownloadResultsKey, "good", 0);
-    WriteValue(kDownloadResultsKey, "long", REG_BINARY, std::string(13, '\xFF'));
-    WriteValue(kDownloadResultsKey, "text", REG_SZ, std::string(12, '\xFF'));
-    Report(kDownloadResultsKey, "timeless", kFailed, std::nullopt);
-    Report(kDownloadResultsKey, "unknown", 0xC1230001);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "old", kFailed, 601s);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "edge", kFailed, 600s);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "good", 0);
+    WriteValue(HLX_DOWNLOAD_RESULTS_KEY, "long", REG_BINARY, std::string(13, '\xFF'));
+    WriteValue(HLX_DOWNLOAD_RESULTS_KEY, "text", REG_SZ, std::string(12, '\xFF'));
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "timeless", kFailed, std::nullopt);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "unknown", 0xC1230001);
     desktop::Advance(11min);
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     EXPECT_EQ(Front().caption, "Failed Tessara Link Update Downloads");
@@ -143,14 +143,14 @@ TEST_F(Dialogs, FailedDownloadsListsTheLatestBatch) {
 
 TEST_F(Dialogs, AMissingKeyAndATextThatCannotBeSetLeaveTheListEmpty) {
     StartWith({});
-    Report(kDownloadResultsKey, "f", kFailed);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "f", kFailed);
     simulator::FailNext("RegOpenKeyExA", 1, ERROR_FILE_NOT_FOUND);
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     EXPECT_THAT(FrontRows(), IsEmpty());
     EXPECT_EQ(FrontColumn(1).arrow, desktop::Arrow::kNone);
     EXPECT_EQ(desktop::Beeps(), 0);
     desktop::CloseWindow();
-    Report(kDownloadResultsKey, "f", kFailed);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "f", kFailed);
     simulator::FailNext("SetDlgItemTextA", 1, ERROR_NOT_ENOUGH_MEMORY, IDC_LIST_LABEL);
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     EXPECT_EQ(desktop::Beeps(), 1);
@@ -159,9 +159,9 @@ TEST_F(Dialogs, AMissingKeyAndATextThatCannotBeSetLeaveTheListEmpty) {
 
 TEST_F(Dialogs, AClickOnAHeaderSorts) {
     StartWith({});
-    Report(kDownloadResultsKey, "b", 0x80000002, 30s);
-    Report(kDownloadResultsKey, "c", 0x80000001, 20s);
-    Report(kDownloadResultsKey, "A", 0xFFFFFFFF, 10s);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "b", 0x80000002, 30s);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "c", 0x80000001, 20s);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "A", 0xFFFFFFFF, 10s);
     auto* const record = new UpdateResultRecord;
     std::memcpy(record, Record(0xFFFFFFFF, 10s).data(), sizeof *record);
     simulator::FailNext("LVM_SETITEMA", 1, 0, 0);
@@ -198,7 +198,7 @@ bool PointsUp(const desktop::Column& column) {
 
 TEST_F(Dialogs, AHeaderThatDrawsNoArrowsGetsAPicture) {
     StartWith({});
-    Report(kDownloadResultsKey, "a", kFailed);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "a", kFailed);
     simulator::FailNext("GetProcAddress", 1, ERROR_PROC_NOT_FOUND);
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     EXPECT_FALSE(PointsUp(FrontColumn(1)));
@@ -234,17 +234,18 @@ protected:
         ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
     }
     static void OpenWithReboot() {
-        Report(kInstallResultsKey, "x", 3010);
+        Report(HLX_INSTALL_RESULTS_KEY, "x", 3010);
         ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
     }
 };
 
 TEST_F(InstalledUpdates, NamesTheProductOfEachFile) {
-    Report(kInstallResultsKey, OwnFile(), 0, 0s);
-    Report(kInstallResultsKey, "gone.dll", 1603, 60s);
-    WriteValue(kInstallResultsKey, "of any type", REG_SZ, std::string(12, '\0'));
-    WriteValue(kInstallResultsKey, "too long: ends the scan", REG_BINARY, std::string(13, '\0'));
-    Report(kInstallResultsKey, "unread", 0);
+    Report(HLX_INSTALL_RESULTS_KEY, OwnFile(), 0, 0s);
+    Report(HLX_INSTALL_RESULTS_KEY, "gone.dll", 1603, 60s);
+    WriteValue(HLX_INSTALL_RESULTS_KEY, "of any type", REG_SZ, std::string(12, '\0'));
+    WriteValue(HLX_INSTALL_RESULTS_KEY, "too long: ends the scan", REG_BINARY,
+               std::string(13, '\0'));
+    Report(HLX_INSTALL_RESULTS_KEY, "unread", 0);
     // Without its translation table the texts of the file are those in US English.
     simulator::FailNext("VerQueryValueA", 1, ERROR_RESOURCE_TYPE_NOT_FOUND, simulator::kAnyDetail,
                         1);
@@ -273,11 +274,11 @@ TEST_F(InstalledUpdates, NamesTheProductOfEachFile) {
 
 TEST_F(InstalledUpdates, FilesThatNobodyKnowsGetNoRow) {
     simulator::FailNext("MsiGetProductCodeA", 1, ERROR_UNKNOWN_COMPONENT);
-    Report(kInstallResultsKey, "gone.dll", 3010);
+    Report(HLX_INSTALL_RESULTS_KEY, "gone.dll", 3010);
     // A product without a name; the installer is not asked.
     simulator::FailNext("VerQueryValueA", 1, ERROR_RESOURCE_TYPE_NOT_FOUND, simulator::kAnyDetail,
                         2);
-    Report(kInstallResultsKey, OwnFile(), 3010);
+    Report(HLX_INSTALL_RESULTS_KEY, OwnFile(), 3010);
     Open();
     EXPECT_THAT(FrontRows(), IsEmpty());
     EXPECT_EQ(FrontColumn(2).arrow, desktop::Arrow::kDown);
@@ -285,9 +286,9 @@ TEST_F(InstalledUpdates, FilesThatNobodyKnowsGetNoRow) {
 }
 
 TEST_F(InstalledUpdates, AClickOnAHeaderSorts) {
-    Report(kInstallResultsKey, OwnFile(), 0x80070002, 10s);
-    Report(kInstallResultsKey, SAMPLE_APPLET, 2, 20s);
-    Report(kInstallResultsKey, "gone.dll", 1603, 30s);
+    Report(HLX_INSTALL_RESULTS_KEY, OwnFile(), 0x80070002, 10s);
+    Report(HLX_INSTALL_RESULTS_KEY, SAMPLE_CPL, 2, 20s);
+    Report(HLX_INSTALL_RESULTS_KEY, "gone.dll", 1603, 30s);
     Open();
     const char* const orders[] = {"4.2.7-1 4.2.8-1 10.0 ", "10.0 4.2.7-1 4.2.8-1 ",
                                   "10.0 4.2.8-1 4.2.7-1 ", "4.2.8-1 10.0 4.2.7-1 "};
@@ -306,8 +307,8 @@ TEST_F(InstalledUpdates, TheFirstRowAlonePutsTheRebootQuestion) {
     } cases[] = {{1641, 0, true}, {3010, 0, true}, {3011, 0, true}, {0, 3010, false}};
     StartWith({});
     for (const auto& each : cases) {
-        Report(kInstallResultsKey, "1", each.firstResult);
-        Report(kInstallResultsKey, "2", each.secondResult);
+        Report(HLX_INSTALL_RESULTS_KEY, "1", each.firstResult);
+        Report(HLX_INSTALL_RESULTS_KEY, "2", each.secondResult);
         desktop::DoubleClick(TRAY_ID_INSTALLED);
         EXPECT_EQ(TextOf(IDYES), each.isPut ? "Yes" : "OK") << each.firstResult;
         EXPECT_EQ(ControlOf(IDNO).visible, each.isPut);

@@ -79,7 +79,7 @@ TEST_F(Health, BadDocumentsLeaveTheLastStateInSilence) {
     for (const std::string& document :
          {std::string(), good.substr(0, good.size() / 2), std::string("<HLXHealthResult>"), wide,
           std::string(10'000'000, 'x'), deep, bomb}) {
-        WriteFile("healthnotif.txt", document);
+        WriteFile(HLX_HEALTH_FILE, document);
         Pass();
         EXPECT_EQ(Tip(TRAY_ID_HEALTH), "System health is high") << document.substr(0, 40);
     }

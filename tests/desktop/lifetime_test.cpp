@@ -57,7 +57,7 @@ TEST_F(Lifetime, ClicksAndCommandsThatAreSentDuringTheEndOpenNothing) {
     for (const auto& [message, wParam] :
          {std::pair{WM_TRAYNOTIFY, TRAY_ID_INSTALLED}, {UINT{WM_COMMAND}, ID_EXIT}}) {
         StartWith({});
-        Report(kInstallResultsKey, "x", 0);
+        Report(HLX_INSTALL_RESULTS_KEY, "x", 0);
         const HWND window = FindWindowA(nullptr, "hlx_vh_tray");
         simulator::BeforeNext(
             "Shell_NotifyIconA", [=] { SendMessageA(window, message, wParam, WM_LBUTTONDBLCLK); },
@@ -72,8 +72,8 @@ TEST_F(Lifetime, BuffersThatAreNotReceivedAreDeleted) {
     const HWND window = (StartWith({}), FindWindowA(nullptr, "hlx_vh_tray"));
     const auto inUse = [] { return mallinfo2().uordblks + mallinfo2().hblkhd; };
     const auto before = inUse();
-    WriteFile("healthnotif.txt", large);
-    WriteFile("swcache", large);
+    WriteFile(HLX_HEALTH_FILE, large);
+    WriteFile(HLX_SWCACHE_FILE, large);
     simulator::BeforeNext("sendto", [=] {
         PostMessageA(window, WM_COMMAND, ID_EXIT, 0);
         Pass();
@@ -107,7 +107,7 @@ TEST_F(Lifetime, TheMutexIsGlobalOnSystemsWithSessions) {
 
 TEST_F(Lifetime, DropsResultsDuringTheStartAndReadsAgainAfterIt) {
     Deliver({});
-    std::filesystem::last_write_time(m_agentDirectory / "healthnotif.txt", {});
+    std::filesystem::last_write_time(m_agentDirectory / HLX_HEALTH_FILE, {});
     Start();
     EXPECT_THAT(Tray(), IsEmpty()) << "the first reading came before the start timer";
     desktop::Advance(4900ms);

@@ -9,7 +9,7 @@ constexpr char kReassessFrame[] = "00 00 00 04 00 00 00 05 00 00 00 00 00";
 class WholeSession : public Story {
 protected:
     WholeSession() {
-        WriteText(kCplsKey, "Tessara Link ", SAMPLE_APPLET);
+        WriteText(HLX_CPLS_KEY, HLX_CPLS_VALUE, SAMPLE_CPL);
         listen(m_connections, 1);
     }
 
@@ -51,12 +51,12 @@ TEST_F(WholeSession, EverythingOnce) {
     g_useTcp = 0;
 
     Answer(TRAY_ID_UPDATES, "Install Tessara Link Updates", "Yes");
-    Report(kDownloadResultsKey, "a.msi", kFailed);
-    Report(kDownloadResultsKey, "b.msi", kFailed);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "a.msi", kFailed);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "b.msi", kFailed);
     Answer(TRAY_ID_DOWNLOADS, "Failed Tessara Link Update Downloads", "Yes");
     EXPECT_EQ(Frames().size(), 2u);
-    Report(kInstallResultsKey, OwnFile(), ERROR_SUCCESS_REBOOT_REQUIRED);
-    Report(kInstallResultsKey, "unknown.msi", 0);
+    Report(HLX_INSTALL_RESULTS_KEY, OwnFile(), ERROR_SUCCESS_REBOOT_REQUIRED);
+    Report(HLX_INSTALL_RESULTS_KEY, "unknown.msi", 0);
     Answer(TRAY_ID_INSTALLED, "Installed Tessara Link Updates", "Yes");
     EXPECT_EQ(desktop::Reboots().size(), 1u);
 

@@ -42,7 +42,7 @@ std::size_t Entries(const char* folder) {
 
 class Soak : public Story {
 protected:
-    Soak() { WriteText(kCplsKey, "Tessara Link ", SAMPLE_APPLET); }
+    Soak() { WriteText(HLX_CPLS_KEY, HLX_CPLS_VALUE, SAMPLE_CPL); }
 
     std::size_t Random(std::size_t below) { return m_random() % below; }
 
@@ -171,7 +171,7 @@ protected:
         const std::chrono::seconds age(Random(1200));
         MayFail({"Shell_NotifyIconA", "RegOpenKeyExA"});
         m_reports[icon][name] = {simulator::Clock::Now() - age / 100ns, result};
-        Report(installed ? kInstallResultsKey : kDownloadResultsKey, name, result, age);
+        Report(installed ? HLX_INSTALL_RESULTS_KEY : HLX_DOWNLOAD_RESULTS_KEY, name, result, age);
         OnReport(icon);
     }
     void DoubleClick() {

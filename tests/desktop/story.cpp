@@ -88,7 +88,7 @@ void Story::RequireThatItGoesOn(const FaultRun& run) {
     if (!ExitCode()) {
         Show({.state = "low"});
         Show({.state = "medium"});
-        Report(kInstallResultsKey, "after the fault", 0);
+        Report(HLX_INSTALL_RESULTS_KEY, "after the fault", 0);
         run.Require(Tip(TRAY_ID_HEALTH) == "System health is medium" ||
                         (m_failedAtStart && Tip(TRAY_ID_INSTALLED) != ""),
                     "events are served");
@@ -122,7 +122,7 @@ void Story::WriteFile(const std::string& name, const std::string& text) const {
 }
 
 void Story::Deliver(const HealthDocument& document) const {
-    WriteFile("healthnotif.txt", document.Text());
+    WriteFile(HLX_HEALTH_FILE, document.Text());
 }
 
 void Story::Show(const HealthDocument& document) const {
@@ -131,7 +131,7 @@ void Story::Show(const HealthDocument& document) const {
 }
 
 void Story::Offer(const std::string& name, const std::string& version) const {
-    WriteFile("swcache", name + ":" + version + "::\n");
+    WriteFile(HLX_SWCACHE_FILE, name + ":" + version + "::\n");
 }
 
 std::string Story::Record(DWORD result, Age age) {

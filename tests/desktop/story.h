@@ -18,22 +18,20 @@
 #include <vector>
 
 #include "../unit/loopback.h"
-#include "shared/AgentPaths.h"
 #include "controller/MainDlg.h"
-#include "updates/UpdateResultStore.h"
-#include "simulator/fault_run.h"
-#include "simulator/desktop.h"
-#include "simulator/session.h"
 #include "hlxInterface.h"
+#include "shared/AgentPaths.h"
 #include "simulator/clock.h"
+#include "simulator/desktop.h"
+#include "simulator/fault_run.h"
 #include "simulator/faults.h"
+#include "simulator/session.h"
+#include "updates/UpdateResultStore.h"
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The value "Tessara Link " in it is the path of the agent's Control Panel applet.
-constexpr char kCplsKey[] = R"(SOFTWARE\Microsoft\Windows\CurrentVersion\Control Panel\Cpls)";
 constexpr DWORD kFailed = 0x800C0005;  // the result of a download
 
 // The applet's entry.

@@ -34,7 +34,7 @@ TEST_F(TrayIcons, APointBesideAllMonitorsIsDrawnToTheNearestInX) {
 }
 
 TEST_F(TrayIcons, EverythingElseDoesNothing) {
-    Report(kInstallResultsKey, "x", 0);
+    Report(HLX_INSTALL_RESULTS_KEY, "x", 0);
     desktop::Forget();
     desktop::Click(TRAY_ID_HEALTH);
     desktop::MoveOver(TRAY_ID_HEALTH);

@@ -36,20 +36,20 @@ TEST_F(UpdateEvents, RecentRecordsAreAnnounced) {
         std::size_t size;
         bool isAnnounced;
     } cases[] = {
-        {"just now", kInstallResultsKey, REG_BINARY, 0s, 0, 12, true},
-        {"a bad result counts", kInstallResultsKey, REG_BINARY, 0s, 1603, 12, true},
-        {"at the limit", kInstallResultsKey, REG_BINARY, 600s, 0, 12, true},
-        {"a tick beyond", kInstallResultsKey, REG_BINARY, 600s + 100ns, 0, 12, false},
-        {"to come", kInstallResultsKey, REG_BINARY, -100ns, 0, 12, false},
-        {"another type", kInstallResultsKey, REG_SZ, 0s, 0, 12, false},
-        {"too long", kInstallResultsKey, REG_BINARY, 0s, 0, 13, false},
-        {"too short", kInstallResultsKey, REG_BINARY, 0s, 0, 8, false},
-        {"empty", kInstallResultsKey, REG_BINARY, 0s, 0, 0, false},
-        {"a failure", kDownloadResultsKey, REG_BINARY, 0s, kFailed, 12, true},
-        {"an old failure", kDownloadResultsKey, REG_BINARY, 601s, kFailed, 12, false},
-        {"a failure without a time", kDownloadResultsKey, REG_BINARY, {}, kFailed, 12, true},
-        {"a success without a time", kDownloadResultsKey, REG_BINARY, {}, 0, 12, false},
-        {"a positive code", kDownloadResultsKey, REG_BINARY, 0s, 0x7FFFFFFF, 12, false},
+        {"just now", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 12, true},
+        {"a bad result counts", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 1603, 12, true},
+        {"at the limit", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 600s, 0, 12, true},
+        {"a tick beyond", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 600s + 100ns, 0, 12, false},
+        {"to come", HLX_INSTALL_RESULTS_KEY, REG_BINARY, -100ns, 0, 12, false},
+        {"another type", HLX_INSTALL_RESULTS_KEY, REG_SZ, 0s, 0, 12, false},
+        {"too long", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 13, false},
+        {"too short", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 8, false},
+        {"empty", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 0, false},
+        {"a failure", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, 0s, kFailed, 12, true},
+        {"an old failure", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, 601s, kFailed, 12, false},
+        {"a failure without a time", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, {}, kFailed, 12, true},
+        {"a success without a time", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, {}, 0, 12, false},
+        {"a positive code", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, 0s, 0x7FFFFFFF, 12, false},
     };
     StartWith({});
     for (const auto& each : cases) {
@@ -65,15 +65,15 @@ TEST_F(UpdateEvents, RecentRecordsAreAnnounced) {
 }
 
 TEST_F(UpdateEvents, OnlyInstallationsAreAnnouncedAtTheStart) {
-    Report(kInstallResultsKey, "x", 0);
-    Report(kDownloadResultsKey, "y", kFailed);
+    Report(HLX_INSTALL_RESULTS_KEY, "x", 0);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "y", kFailed);
     Start();
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_INSTALLED));
     EXPECT_EQ(Tip(TRAY_ID_INSTALLED), "Tessara Link software updates have been installed.");
     EXPECT_EQ(IconOf(TRAY_ID_INSTALLED).balloonText,
               "Tessara Link software updates have been installed.\r\n\r\n"
               "Double-click for details.");
-    Report(kDownloadResultsKey, "z", 0);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "z", 0);
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_INSTALLED, TRAY_ID_DOWNLOADS))
         << "any change has the whole key looked at";
     EXPECT_EQ(Tip(TRAY_ID_DOWNLOADS),
@@ -87,7 +87,7 @@ TEST_F(UpdateEvents, AScanOverAKeyThatFailsForGoodComesToAnEnd) {
     StartWith({});
     for (const DWORD error : {ERROR_KEY_DELETED, ERROR_MORE_DATA}) {
         simulator::FailNext("RegEnumValueA", simulator::kEveryCall, error);
-        Report(kInstallResultsKey, "x", 0);
+        Report(HLX_INSTALL_RESULTS_KEY, "x", 0);
         EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
         EXPECT_EQ(simulator::ClearFaults(), "");
     }
@@ -96,14 +96,14 @@ TEST_F(UpdateEvents, AScanOverAKeyThatFailsForGoodComesToAnEnd) {
 TEST_F(UpdateEvents, AScanPassesOverWhatItCannotRead) {
     const std::string longest(8191, 'n');
     StartWith({});
-    Report(kInstallResultsKey, longest + "n", 0);
+    Report(HLX_INSTALL_RESULTS_KEY, longest + "n", 0);
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
-    Report(kInstallResultsKey, longest, 0);
+    Report(HLX_INSTALL_RESULTS_KEY, longest, 0);
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_INSTALLED));
-    for (int i = 0; i < 100; ++i) Report(kDownloadResultsKey, std::to_string(i), 0);
+    for (int i = 0; i < 100; ++i) Report(HLX_DOWNLOAD_RESULTS_KEY, std::to_string(i), 0);
     for (const auto& [failures, icons] : {std::pair{100, 2u}, {99, 3u}}) {
         simulator::FailNext("RegEnumValueA", failures, ERROR_ACCESS_DENIED);
-        Report(kDownloadResultsKey, "z", kFailed);
+        Report(HLX_DOWNLOAD_RESULTS_KEY, "z", kFailed);
         EXPECT_EQ(Tray().size(), icons) << failures << " failures in a row";
     }
     simulator::FailNext("RegQueryInfoKeyA", 1, ERROR_ACCESS_DENIED);

@@ -1,6 +1,6 @@
 // The two watchers without the applet: what counts as a change, what is posted, how they end.
-#include "watchers/RegThread.h"
 #include "story.h"
+#include "watchers/RegThread.h"
 
 namespace {
 
@@ -109,9 +109,9 @@ TEST_F(Watchers, AWaitThatFailsEndsNoThread) {
 
     CRegThread key;
     simulator::FailNext("WaitForMultipleObjects", 1, ERROR_INVALID_HANDLE);
-    key.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, false);
+    key.Start(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY, m_window, kMessage, false);
     EXPECT_EQ(Posts(), 0);
-    Report(kDownloadResultsKey, "a", 0);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "a", 0);
     EXPECT_EQ(Posts(), 0) << "the pause";
     desktop::Advance(1s);
     EXPECT_EQ(Posts(), 1);
@@ -120,14 +120,15 @@ TEST_F(Watchers, AWaitThatFailsEndsNoThread) {
 
 TEST_F(Watchers, AKeyIsReportedOnceAtTheStartAndThenByItsValues) {
     CRegThread watcher;
-    ASSERT_TRUE(watcher.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, true));
+    ASSERT_TRUE(
+        watcher.Start(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY, m_window, kMessage, true));
     EXPECT_EQ(Posts(), 1) << "the closing of the first pass's key is no change";
     HKEY key = nullptr;
-    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, kDownloadResultsKey, 0, KEY_READ, &key), 0)
+    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY, 0, KEY_READ, &key), 0)
         << "the watcher has made it";
     RegCloseKey(key);
-    const std::string below = std::string(kDownloadResultsKey) + "\\below";
-    for (const char* changed : {kDownloadResultsKey, below.c_str(), below.c_str()}) {
+    const std::string below = std::string(HLX_DOWNLOAD_RESULTS_KEY) + "\\below";
+    for (const char* changed : {HLX_DOWNLOAD_RESULTS_KEY, below.c_str(), below.c_str()}) {
         Report(changed, "a", 0);
         EXPECT_EQ(Posts(), 1) << changed;
     }
@@ -137,9 +138,9 @@ TEST_F(Watchers, AKeyIsReportedOnceAtTheStartAndThenByItsValues) {
 
 TEST_F(Watchers, AChangeDuringTheFirstPassIsReportedToo) {
     simulator::BeforeNext(
-        "PostMessageA", [] { Report(kDownloadResultsKey, "a", 0); }, kMessage);
+        "PostMessageA", [] { Report(HLX_DOWNLOAD_RESULTS_KEY, "a", 0); }, kMessage);
     CRegThread watcher;
-    watcher.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, true);
+    watcher.Start(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY, m_window, kMessage, true);
     EXPECT_EQ(Posts(), 2);
     watcher.Stop(INFINITE);
 }
@@ -149,16 +150,16 @@ TEST_F(Watchers, AKeyThatCannotBeWatchedIsTriedAgainAfterAPauseAndThenReported) 
     simulator::FailNext("RegCreateKeyExA", 1, ERROR_ACCESS_DENIED);
     simulator::FailNext("RegNotifyChangeKeyValue", 1, ERROR_ACCESS_DENIED);
     CRegThread watcher;
-    watcher.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, false);
+    watcher.Start(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY, m_window, kMessage, false);
     desktop::Advance(2900ms);
     EXPECT_EQ(Posts(), 0);
     desktop::Advance(200ms);
     EXPECT_EQ(Posts(), 1) << "nobody saw what was written meanwhile";
     simulator::BeforeNext("RegNotifyChangeKeyValue",
-                          [] { RegDeleteTreeA(HKEY_LOCAL_MACHINE, kDownloadResultsKey); });
-    Report(kDownloadResultsKey, "a", 0);
+                          [] { RegDeleteTreeA(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY); });
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "a", 0);
     EXPECT_EQ(Posts(), 1);
-    Report(kDownloadResultsKey, "b", 0);
+    Report(HLX_DOWNLOAD_RESULTS_KEY, "b", 0);
     desktop::Advance(1s);
     EXPECT_EQ(Posts(), 1) << "deleted and made again";
     watcher.Stop(0);
@@ -166,7 +167,7 @@ TEST_F(Watchers, AKeyThatCannotBeWatchedIsTriedAgainAfterAPauseAndThenReported) 
 
     simulator::FailNext("RegCreateKeyExA", simulator::kEveryCall, ERROR_ACCESS_DENIED);
     CRegThread stoppable;
-    stoppable.Start(HKEY_LOCAL_MACHINE, kDownloadResultsKey, m_window, kMessage, true);
+    stoppable.Start(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY, m_window, kMessage, true);
     stoppable.Stop(0);
     desktop::Advance(0ms);
     EXPECT_TRUE(stoppable.Stop(0)) << "the pause ends with the stop event";

@@ -46,7 +46,7 @@ void Press(WORD key) {
 }
 
 TEST(Keyboard, NoKeyEndsTheAppletOnceABoxDialogSheetOrTheMenuHasClosed) {
-    const Agent agent(false, ProgramFolder() + "sample_applet.cpl");
+    const Agent agent(false, ProgramFolder() + "sample_cpl.cpl");
     agent_sim::RecordInstall({"any.exe", 0, 0});
     agent.Report({.state = "low", .message = "Please call."});
     const Applet applet;

@@ -24,7 +24,7 @@ bool AwaitSheets(const Applet& applet, size_t count) {
 }
 
 TEST(Launcher, OneSheetForEachPage) {
-    const Agent agent(false, ProgramFolder() + "sample_applet.cpl");
+    const Agent agent(false, ProgramFolder() + "sample_cpl.cpl");
     const Applet applet;
 
     applet.DoubleClick(kHealthIcon);

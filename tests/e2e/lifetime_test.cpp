@@ -70,7 +70,7 @@ void PlayRound(const Agent& agent, const Applet& applet, int round) {
 }
 
 TEST(Lifetime, ThirtyRoundsOfEverythingLeaveNoHandle) {
-    const Agent agent(false, ProgramFolder() + "sample_applet.cpl");
+    const Agent agent(false, ProgramFolder() + "sample_cpl.cpl");
     agent.Offer("Tessara Link Scanner", "4.2.8-1");
     const Applet applet;
     for (int round = 0; round < 6; ++round) PlayRound(agent, applet, round);

@@ -68,7 +68,7 @@ TEST(Updates, FailedDownloadsAreListedSortedAndTriedAgain) {
 
 TEST(Updates, InstallationThatNeedsARebootAsksForIt) {
     const Agent agent;
-    agent_sim::RecordInstall({ProgramFolder() + "sample_applet.cpl", kRebootRequired, 0});
+    agent_sim::RecordInstall({ProgramFolder() + "sample_cpl.cpl", kRebootRequired, 0});
     agent_sim::RecordInstall({ProgramFolder() + "vh_tray.exe", kRebootRequired, 60});
     agent_sim::RecordInstall({"C:\\no such file.exe", 0, 0});
     const Applet applet;

@@ -9,8 +9,8 @@
 
 #include "AgentDirectory.h"
 #include "Commands.h"
-#include "controller/MainDlg.h"
 #include "Notification.h"
+#include "controller/MainDlg.h"
 #include "controller/RegisteredMessages.h"
 #include "harness.h"
 #include "hlxInterface.h"

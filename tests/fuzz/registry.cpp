@@ -4,9 +4,9 @@
 
 #include <filesystem>
 
-#include "updates/UpdateResultStore.h"
-#include "hlxRegistryKey.h"
 #include "harness.h"
+#include "hlxRegistryKey.h"
+#include "updates/UpdateResultStore.h"
 
 namespace {
 

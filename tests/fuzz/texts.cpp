@@ -3,9 +3,9 @@
 #include <array>
 #include <cerrno>
 
-#include "updates/NewerVersion.h"
-#include "hlxLog.h"
 #include "harness.h"
+#include "hlxLog.h"
+#include "updates/NewerVersion.h"
 
 namespace {
 

@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "dialogs/ResultsListView.h"
+#include "frame/MessageMap.h"
 #include "shared/AutomationDate.h"
 #include "updates/NewerVersion.h"
 #include "updates/Reboot.h"
-#include "dialogs/ResultsListView.h"
 #include "updates/UpdateResultStore.h"
 #include "updates/VersionInfo.h"
-#include "frame/MessageMap.h"
 
 namespace {
 
@@ -52,7 +52,7 @@ TEST(VersionInfo, ReadsTheProgramsOwnBlock) {
     EXPECT_EQ(info.GetComments(), "") << "the block has none";
     EXPECT_EQ(info.GetLastErrorText(), nullptr);
     CVersionInfo other;
-    ASSERT_EQ(other.LoadFile(SAMPLE_APPLET), 1);
+    ASSERT_EQ(other.LoadFile(SAMPLE_CPL), 1);
     EXPECT_EQ(other.GetFileVersionLS(), 0x00080007u);
     EXPECT_EQ(other.GetProductVersionLS(), 0x00080001u);
     EXPECT_EQ(other.GetFileVersion() + " " + other.GetProductVersion(), "4.2.8-7 4.2.8-1");

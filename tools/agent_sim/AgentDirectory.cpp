@@ -10,15 +10,15 @@
 
 namespace agent_sim {
 void PrepareAgent(const std::filesystem::path& directory, bool useTcp,
-                  const std::filesystem::path& applet) {
+                  const std::filesystem::path& cpl) {
     const auto path = std::filesystem::absolute(directory);
     std::filesystem::create_directories(path);
     RegistryKey agent(HLX_AGENT_KEY, RegistryKey::For::kWriting);
     agent.SetText("", path.string());
     agent.SetNumber("UseTCP", useTcp);
-    if (!applet.empty())
+    if (!cpl.empty())
         RegistryKey(HLX_CPLS_KEY, RegistryKey::For::kWriting)
-            .SetText(HLX_CPLS_VALUE, std::filesystem::absolute(applet).string());
+            .SetText(HLX_CPLS_VALUE, std::filesystem::absolute(cpl).string());
 }
 
 std::filesystem::path AgentDirectory() {

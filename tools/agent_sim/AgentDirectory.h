@@ -7,10 +7,10 @@
 
 namespace agent_sim {
 
-// Writes the registry values of an installed agent and creates the directory. An empty `applet`
+// Writes the registry values of an installed agent and creates the directory. An empty `cpl`
 // does not change the registered Control Panel applet.
 void PrepareAgent(const std::filesystem::path& directory, bool useTcp,
-                  const std::filesystem::path& applet);
+                  const std::filesystem::path& cpl);
 
 // The agent's directory from the registry. Throws std::runtime_error if there is none.
 std::filesystem::path AgentDirectory();

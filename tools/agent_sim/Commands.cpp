@@ -16,9 +16,9 @@ namespace {
 Action Prepare(Arguments& arguments) {
     const auto directory = arguments.TakeValue("--directory").value_or(".");
     const bool useTcp = arguments.TakeFlag("--tcp");
-    const auto applet = arguments.TakeValue("--applet").value_or("");
+    const auto cpl = arguments.TakeValue("--cpl").value_or("");
     return [=] {
-        PrepareAgent(directory, useTcp, applet);
+        PrepareAgent(directory, useTcp, cpl);
         Say(kNotice, "agent directory " + AgentDirectory().string() + ", commands by " +
                          (useTcp ? "TCP" : "UDP"));
     };
@@ -171,7 +171,7 @@ struct Verb {
 
 constexpr std::array<Verb, 9> kVerbs{{
     {"prepare",
-     "  prepare [--directory DIR] [--tcp] [--applet FILE]\n"
+     "  prepare [--directory DIR] [--tcp] [--cpl FILE]\n"
      "      write the registry values of an installed agent: its directory (default: the current\n"
      "      one), commands by TCP instead of UDP, the Control Panel applet\n",
      Prepare},

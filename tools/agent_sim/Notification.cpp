@@ -46,6 +46,14 @@ std::string Escaped(std::string_view text) {
     return escaped;
 }
 
+std::string Attribute(const std::string& name, std::string_view value) {
+    return " " + name + "=\"" + Escaped(value) + '"';
+}
+
+std::string Element(const std::string& name, const std::string& attributes, std::string_view text) {
+    return "  <" + name + attributes + ">" + Escaped(text) + "</" + name + ">\n";
+}
+
 const char* YesNo(bool flag) { return flag ? "yes" : "no"; }
 
 std::string DottedAddress(std::uint32_t networkOrder) {
@@ -77,21 +85,22 @@ void CheckState(const std::string& state) {
 }
 
 std::string ToXml(const Notification& notification) {
-    const auto element = [](const char* name, const std::string& text) {
-        return std::string("  <") + name + ">" + Escaped(text) + "</" + name + ">\n";
-    };
-    std::string xml =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HLXHealthResult version=\"1.0\">\n";
-    xml += element("AutoInstall", YesNo(notification.autoInstall));
-    xml += element("Enabled", YesNo(notification.enabled));
-    xml += element("HealthState", notification.state);
-    xml += element("DisplayHealthIcon", YesNo(notification.displayIcon));
-    xml += std::string("  <Message popup=\"") + YesNo(notification.messagePopup) + "\">" +
-           Escaped(notification.message) + "</Message>\n";
-    xml += std::string("  <Browser popup=\"") + YesNo(notification.urlPopup) + "\" url=\"" +
-           Escaped(notification.url) + "\"/>\n";
-    for (const std::string& range : notification.restrictions) xml += element("RestrictIP", range);
-    return xml + "</HLXHealthResult>\n";
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    xml += HLX_RESULT_START + Attribute("version", "1.0") + ">\n";
+    xml += Element(HLX_AUTO_INSTALL_TAG, {}, YesNo(notification.autoInstall));
+    xml += Element(HLX_ENABLED_TAG, {}, YesNo(notification.enabled));
+    xml += Element(HLX_HEALTH_STATE_TAG, {}, notification.state);
+    xml += Element(HLX_DISPLAY_ICON_TAG, {}, YesNo(notification.displayIcon));
+    xml +=
+        Element(HLX_MESSAGE_TAG, Attribute(HLX_POPUP_ATTRIBUTE, YesNo(notification.messagePopup)),
+                notification.message);
+    xml += Element(HLX_BROWSER_TAG,
+                   Attribute(HLX_POPUP_ATTRIBUTE, YesNo(notification.urlPopup)) +
+                       Attribute(HLX_URL_ATTRIBUTE, notification.url),
+                   "");
+    for (const std::string& range : notification.restrictions)
+        xml += Element(HLX_RESTRICT_TAG, {}, range);
+    return xml + HLX_RESULT_END + "\n";
 }
 
 void WriteNotification(const std::filesystem::path& file, const Notification& notification) {

@@ -6,11 +6,13 @@
 #include "AgentDirectory.h"
 #include "Notification.h"
 #include "RegistryKey.h"
+#include "hlxInterface.h"
 
 namespace agent_sim {
 namespace {
 
-constexpr char kPlanKey[] = R"(SOFTWARE\Corvane Systems\TessaraLink\simulation)";
+// agent_sim's own key, below that of the agent.
+const std::string kPlanKey = HLX_AGENT_KEY + std::string("\\simulation");
 constexpr char kReassess[] = "Reassess";
 constexpr char kDownloads[] = "Downloads";
 constexpr char kPackageFile[] = "PackageFile";

@@ -15,12 +15,12 @@ void Check(LSTATUS status, const std::string& what) {
 
 }  // namespace
 
-RegistryKey::RegistryKey(const char* path, For use) : path_(path) {
+RegistryKey::RegistryKey(const std::string& path, For use) : path_(path) {
     if (use == For::kWriting)
-        Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path, 0, nullptr, 0, KEY_READ | KEY_WRITE,
-                              nullptr, &key_, nullptr),
+        Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0,
+                              KEY_READ | KEY_WRITE, nullptr, &key_, nullptr),
               "open " + path_);
-    else if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key_) != ERROR_SUCCESS)
+    else if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path_.c_str(), 0, KEY_READ, &key_) != ERROR_SUCCESS)
         key_ = nullptr;
 }
 

@@ -17,7 +17,7 @@ public:
 
     // For writing, a missing key is created; throws std::runtime_error if that fails. For reading,
     // a key that cannot be opened has no values.
-    RegistryKey(const char* path, For use);
+    RegistryKey(const std::string& path, For use);
     ~RegistryKey() {
         if (key_) RegCloseKey(key_);
     }

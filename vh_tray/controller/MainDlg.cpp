@@ -6,8 +6,9 @@
 
 #include <new>
 
-#include "shared/AgentPaths.h"
 #include "controller/RegisteredMessages.h"
+#include "hlxInterface.h"
+#include "shared/AgentPaths.h"
 
 namespace {
 
@@ -149,9 +150,9 @@ void CMainDlg::StartWatchers() {
         StartWatcher<CFileThread>(m_hWnd, g_msgHealthResults, true, GetHealthNotifPath());
     m_pSwCacheThread = StartWatcher<CFileThread>(m_hWnd, g_msgSWUpdates, true, GetSwCachePath());
     m_pResultsThread = StartWatcher<CRegThread>(m_hWnd, g_msgQueuedInstalls, true,
-                                                HKEY_LOCAL_MACHINE, kInstallResultsKey);
+                                                HKEY_LOCAL_MACHINE, HLX_INSTALL_RESULTS_KEY);
     m_pDownloadsThread = StartWatcher<CRegThread>(m_hWnd, g_msgDownloadResults, false,
-                                                  HKEY_LOCAL_MACHINE, kDownloadResultsKey);
+                                                  HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY);
 }
 
 // The end of the start. The health watcher reads the file again, since its first result was

@@ -7,14 +7,12 @@
 // to the same dispatch. The flags prevent a second box or sheet; the lock cannot.
 //
 // The handlers are in files by subject: MainDlg.cpp (dispatch and lifetime), MainDlgTray.cpp,
-// MainDlgHealth.cpp, MainDlgUpdates.cpp, MainDlgApplet.cpp.
+// MainDlgHealth.cpp, MainDlgUpdates.cpp, MainDlgControlPanel.cpp.
 #pragma once
 
 #include <windows.h>
 #include <shellapi.h>
 
-#include "watchers/FileThread.h"
-#include "watchers/RegThread.h"
 #include "controller/TrayMouseTrack.h"
 #include "frame/CriticalSection.h"
 #include "frame/DialogImpl.h"
@@ -23,6 +21,8 @@
 #include "hlxHealthReport.h"
 #include "hlxHealthResult.h"
 #include "resource.h"
+#include "watchers/FileThread.h"
+#include "watchers/RegThread.h"
 
 // The numbers of the timer, of the callback and of the icons are part of the interface, do
 // not correct.
@@ -101,7 +101,7 @@ private:
     LRESULT OnGotQueuedInstalls(HKEY hive, LPCSTR keyPath);
     LRESULT OnGotDownloadResults(HKEY hive, LPCSTR keyPath);
 
-    // The agent's applet
+    // The agent's Control Panel applet
     LRESULT OnShowApplet(WORD commandId);
     void ShowSheet(HMODULE library, WORD commandId);
 

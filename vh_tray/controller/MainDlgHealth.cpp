@@ -7,9 +7,9 @@
 #include "controller/MainDlg.h"
 #include "controller/ModalCall.h"
 #include "controller/RegisteredMessages.h"
-#include "shared/StringTable.h"
 #include "hlxCommand.h"
 #include "hlxHealthReport.h"
+#include "shared/StringTable.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The icons in the notification area, and their mouse messages.
-#include "dialogs/DownloadDialog.h"
-#include "dialogs/InstallDialog.h"
 #include "controller/MainDlg.h"
 #include "controller/ModalCall.h"
+#include "dialogs/DownloadDialog.h"
+#include "dialogs/InstallDialog.h"
 #include "dialogs/UpdatesDialog.h"
 
 namespace {

@@ -1,10 +1,10 @@
 // The events of software updates: an offer, installed updates, failed downloads. Each handler reads
 // its source again and shows a transient icon.
 #include "controller/MainDlg.h"
+#include "hlxRegistryKey.h"
 #include "updates/NewerVersion.h"
 #include "updates/SwCacheRecord.h"
 #include "updates/UpdateResultStore.h"
-#include "hlxRegistryKey.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "dialogs/DownloadDialog.h"
 
-#include "shared/AgentPaths.h"
+#include "hlxInterface.h"
 #include "hlxRegistryKey.h"
 
 namespace {
@@ -19,7 +19,7 @@ FILETIME LastWriteTime(HKEY key) {
 // The latest batch is what was recorded within the window before the key's last change, however
 // long ago that was.
 void CDownloadDialog::FillList() {
-    const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, kDownloadResultsKey);
+    const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY);
     if (!key.IsOpen()) return;
     const FILETIME lastWrite = LastWriteTime(key);
     int rows = 0;

@@ -1,12 +1,12 @@
 #include "dialogs/InstallDialog.h"
 
-#include "shared/AgentPaths.h"
+#include "hlxInterface.h"
+#include "hlxRegistryKey.h"
 #include "updates/InstalledProduct.h"
 #include "updates/Reboot.h"
-#include "hlxRegistryKey.h"
 
 void CInstallDialog::FillList() {
-    const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, kInstallResultsKey);
+    const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, HLX_INSTALL_RESULTS_KEY);
     if (!key.IsOpen()) return;
     int rows = 0;
     for (CRecordWalk walk(key); walk.NextRecordOfAnyType();) {

@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "shared/AutomationDate.h"
 #include "dialogs/SortArrow.h"
+#include "shared/AutomationDate.h"
 
 namespace {
 

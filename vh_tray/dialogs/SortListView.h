@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "dialogs/FittedColumns.h"
-#include "updates/ResultText.h"
-#include "updates/UpdateResultStore.h"
 #include "frame/ListViewCtrl.h"
 #include "frame/WindowImpl.h"
+#include "updates/ResultText.h"
+#include "updates/UpdateResultStore.h"
 
 enum class SortKind : WORD {
     None = 0,

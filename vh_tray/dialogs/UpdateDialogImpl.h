@@ -6,12 +6,12 @@
 
 #include <string>
 
-#include "shared/StringTable.h"
 #include "frame/DialogImpl.h"
 #include "frame/Reflection.h"
 #include "frame/WinDataExchange.h"
 #include "hlxCommand.h"
 #include "resource.h"
+#include "shared/StringTable.h"
 
 // Strings of one dialog.
 struct UpdateDialogTexts {

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <new>
 
-#include "shared/AgentPaths.h"
 #include "hlxSwCache.h"
+#include "shared/AgentPaths.h"
 
 namespace {
 constexpr std::uint32_t kFieldCapacity = 8192;

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr UINT kSheetCaption = 103;  // in the applet library's string table
+constexpr UINT kSheetCaption = 103;  // in the library's string table
 constexpr int kCaptionCapacity = 1023;
 
 LPCSTR DialogClass() { return MAKEINTATOM(32770); }
@@ -27,21 +27,22 @@ HWND FindSheet(HMODULE library) {
 // Shows the sheet as the Control Panel does, and returns when the user has closed it. `onClosed`
 // runs before CPL_STOP. By then the owner may be destroyed, and null.
 template <class OnClosed>
-void DriveApplet(APPLET_PROC applet, const HWND& owner, std::string& page, OnClosed onClosed) {
+void RunControlPanelApplet(APPLET_PROC entry, const HWND& owner, std::string& page,
+                           OnClosed onClosed) {
     const CModalCall call(owner);
-    if (applet(owner, CPL_INIT, 0, 0) == 0) {
+    if (entry(owner, CPL_INIT, 0, 0) == 0) {
         onClosed();
         return;
     }
-    const LONG count = applet(owner, CPL_GETCOUNT, 0, 0);
+    const LONG count = entry(owner, CPL_GETCOUNT, 0, 0);
     for (LONG index = 0; index < count; ++index) {
         CPLINFO info{};
-        applet(owner, CPL_INQUIRE, index, reinterpret_cast<LPARAM>(&info));
+        entry(owner, CPL_INQUIRE, index, reinterpret_cast<LPARAM>(&info));
     }
-    applet(owner, CPL_STARTWPARMSA, 0, reinterpret_cast<LPARAM>(page.data()));
+    entry(owner, CPL_STARTWPARMSA, 0, reinterpret_cast<LPARAM>(page.data()));
     onClosed();
-    applet(owner, CPL_STOP, 0, 0);
-    applet(owner, CPL_EXIT, 0, 0);
+    entry(owner, CPL_STOP, 0, 0);
+    entry(owner, CPL_EXIT, 0, 0);
 }
 
 }  // namespace
@@ -57,9 +58,9 @@ LRESULT CMainDlg::OnShowApplet(WORD commandId) {
 // a page that is open, it brings that page to the front; for the other page, it opens a second
 // sheet.
 void CMainDlg::ShowSheet(HMODULE library, WORD commandId) {
-    const auto applet = reinterpret_cast<APPLET_PROC>(GetProcAddress(library, "CPlApplet"));
+    const auto entry = reinterpret_cast<APPLET_PROC>(GetProcAddress(library, "CPlApplet"));
     const HWND sheet = FindSheet(library);
-    if (!applet) return;
+    if (!entry) return;
 
     const bool isHealth = commandId == ID_DISPLAY_HEALTH;
     std::string page;
@@ -70,7 +71,7 @@ void CMainDlg::ShowSheet(HMODULE library, WORD commandId) {
 
     const HWND openPage = FindWindowExA(sheet, nullptr, DialogClass(), page.c_str());
     if (!wasOpen)
-        DriveApplet(applet, m_hWnd, page, [&] { SetFlag(isOpen, 0); });
+        RunControlPanelApplet(entry, m_hWnd, page, [&] { SetFlag(isOpen, 0); });
     else if (IsWindow(openPage))
         SetForegroundWindow(openPage);
 }

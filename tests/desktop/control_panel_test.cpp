@@ -1,4 +1,4 @@
-// The agent's Control Panel applet inside the tray's process: found, driven, and never doubled.
+// The agent's Control Panel applet in the process of the applet: found, called, and never doubled.
 #include <fstream>
 #include <sstream>
 
@@ -6,14 +6,14 @@
 
 namespace {
 
-class Applet : public Story {
+class ControlPanel : public Story {
 protected:
-    Applet() {
-        setenv("SAMPLE_APPLET_JOURNAL", Journal().c_str(), 1);
-        WriteText(kCplsKey, "Tessara Link ", SAMPLE_APPLET);
+    ControlPanel() {
+        setenv("SAMPLE_CPL_JOURNAL", Journal().c_str(), 1);
+        WriteText(HLX_CPLS_KEY, HLX_CPLS_VALUE, SAMPLE_CPL);
     }
     std::string Journal() const { return m_folder / "calls"; }
-    // What the applet has been called with so far, always by the controller.
+    // What the library has been called with so far, always by the controller.
     std::vector<std::string> Calls() const {
         std::ostringstream owner;
         owner << FindWindowA(nullptr, "hlx_vh_tray") << ' ';
@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(Applet, ADoubleClickOpensTheHealthPageAndEveryCallIsMade) {
+TEST_F(ControlPanel, ADoubleClickOpensTheHealthPageAndEveryCallIsMade) {
     StartWith({});
     ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_HEALTH));
     EXPECT_EQ(Page(), "Health");
@@ -41,7 +41,7 @@ TEST_F(Applet, ADoubleClickOpensTheHealthPageAndEveryCallIsMade) {
     EXPECT_THAT(Calls(), ElementsAre("1 0", "2 0", "3 0", "3 1", "9 0 Health", "6 0", "7 0"));
 }
 
-TEST_F(Applet, ThePageThatIsOpenComesForwardTheOtherOpensASecondSheet) {
+TEST_F(ControlPanel, ThePageThatIsOpenComesForwardTheOtherOpensASecondSheet) {
     StartWith({});
     desktop::DoubleClick(TRAY_ID_HEALTH);
     desktop::DoubleClick(TRAY_ID_HEALTH);
@@ -52,9 +52,9 @@ TEST_F(Applet, ThePageThatIsOpenComesForwardTheOtherOpensASecondSheet) {
     EXPECT_EQ(Page(), "About");
 }
 
-TEST_F(Applet, NoKeyEndsTheProgramOnceABoxDialogSheetOrTheMenuHasClosed) {
+TEST_F(ControlPanel, NoKeyEndsTheProgramOnceABoxDialogSheetOrTheMenuHasClosed) {
     StartWith({});
-    Report(kInstallResultsKey, "x", 0);
+    Report(HLX_INSTALL_RESULTS_KEY, "x", 0);
     const struct {
         const char* what;
         std::function<void()> open;
@@ -72,16 +72,16 @@ TEST_F(Applet, NoKeyEndsTheProgramOnceABoxDialogSheetOrTheMenuHasClosed) {
     }
 }
 
-TEST_F(Applet, OneThatIsMissingOrRefusesIsLookedForAgain) {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, kCplsKey);
+TEST_F(ControlPanel, OneThatIsMissingOrRefusesIsLookedForAgain) {
+    RegDeleteTreeA(HKEY_LOCAL_MACHINE, HLX_CPLS_KEY);
     StartWith({});
     desktop::DoubleClick(TRAY_ID_HEALTH);
-    EXPECT_THAT(desktop::Dialogs(), IsEmpty()) << "nobody has registered it";
-    WriteText(kCplsKey, "Tessara Link ", SAMPLE_APPLET);
-    setenv("SAMPLE_APPLET_REFUSES", "1", 1);
+    EXPECT_THAT(desktop::Dialogs(), IsEmpty()) << "it is not registered";
+    WriteText(HLX_CPLS_KEY, HLX_CPLS_VALUE, SAMPLE_CPL);
+    setenv("SAMPLE_CPL_REFUSES", "1", 1);
     desktop::DoubleClick(TRAY_ID_HEALTH);
     EXPECT_THAT(desktop::Dialogs(), IsEmpty());
-    unsetenv("SAMPLE_APPLET_REFUSES");
+    unsetenv("SAMPLE_CPL_REFUSES");
     for (const char* operation : {"LoadLibraryA", "GetProcAddress"}) {
         simulator::FailNext(operation, 1, ERROR_MOD_NOT_FOUND);
         desktop::DoubleClick(TRAY_ID_HEALTH);

@@ -1,8 +1,8 @@
-// A stand-in for the agent's Control Panel applet library: two applets. The first one has a
-// sheet with the pages "Health" and "About", the second one does nothing.
+// Simulates the agent's Control Panel library. It has two Control Panel applets: the first one
+// shows a sheet with the pages "Health" and "About", the second one does nothing.
 //
-// Each call reads two environment variables, for tests: with SAMPLE_APPLET_REFUSES, CPL_INIT
-// returns 0; SAMPLE_APPLET_JOURNAL names a file to which the call appends its owner, its message
+// Each call reads two environment variables, for tests: with SAMPLE_CPL_REFUSES, CPL_INIT
+// returns 0; SAMPLE_CPL_JOURNAL names a file to which the call appends its owner, its message
 // number, its first parameter and the page name, if any. An exclamation mark follows a CPLINFO that
 // is not zeroed.
 #include <windows.h>
@@ -26,7 +26,7 @@ struct Page {
 constexpr std::array<Page, 2> kPages{
     {{IDD_HEALTH, IDC_HEALTH, "Health"}, {IDD_ABOUT, IDC_ABOUT, "About"}}};
 
-HINSTANCE ThisLibrary() { return GetModuleHandleA("sample_applet.cpl"); }
+HINSTANCE ThisLibrary() { return GetModuleHandleA("sample_cpl.cpl"); }
 
 INT_PTR CALLBACK OnPageMessage(HWND, UINT message, WPARAM, LPARAM) {
     return message == WM_INITDIALOG;
@@ -67,7 +67,7 @@ bool IsZero(const CPLINFO& info) {
 }
 
 void KeepJournal(HWND owner, UINT message, LPARAM lParam1, LPARAM lParam2) {
-    const char* path = std::getenv("SAMPLE_APPLET_JOURNAL");
+    const char* path = std::getenv("SAMPLE_CPL_JOURNAL");
     std::FILE* journal = path ? std::fopen(path, "a") : nullptr;
     if (!journal) return;
     std::fprintf(journal, "%p %u %d", static_cast<void*>(owner), message,
@@ -88,7 +88,7 @@ extern "C" __attribute__((visibility("default"))) LONG APIENTRY CPlApplet(HWND o
     KeepJournal(owner, message, lParam1, lParam2);
     switch (message) {
         case CPL_INIT:
-            return std::getenv("SAMPLE_APPLET_REFUSES") == nullptr;
+            return std::getenv("SAMPLE_CPL_REFUSES") == nullptr;
         case CPL_GETCOUNT:
             return 2;
         case CPL_INQUIRE: {

@@ -1,4 +1,4 @@
-// The resources of the sample applet.
+// The resources of the sample Control Panel applet.
 #define IDS_CAPTION 103
 
 #define IDD_SHEET 200
