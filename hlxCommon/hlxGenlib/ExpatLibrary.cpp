@@ -8,6 +8,7 @@
 #include <string>
 
 #include "hlxAgentKey.h"
+#include "hlxOwned.h"
 
 namespace {
 
@@ -61,13 +62,9 @@ bool BindAll(HMODULE library, ExpatFunctions& to) {
 const ExpatFunctions* hlx_expatFunctions() {
     const std::lock_guard guard(TheLock());
     if (g_library) return &g_functions;
-    const HMODULE library = FindLibrary();
-    if (!library) return nullptr;
-    if (!BindAll(library, g_functions)) {
-        FreeLibrary(library);
-        return nullptr;
-    }
-    g_library = library;
+    HlxModule library(FindLibrary());
+    if (!library || !BindAll(library.get(), g_functions)) return nullptr;
+    g_library = library.release();
     return &g_functions;
 }
 

@@ -8,11 +8,12 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "hlxAgentKey.h"
 #include "hlxBigEndian.h"
 #include "hlxComposite.h"
+#include "hlxOwned.h"
+#include "hlxSocket.h"
 
 std::atomic<std::int32_t> g_useTcp{-1};
 
@@ -40,33 +41,9 @@ public:
     int Size() const { return m_size; }
 
 private:
-    std::unique_ptr<std::uint8_t, decltype(&std::free)> m_bytes{nullptr, &std::free};
+    HlxBlock<std::uint8_t> m_bytes;
     int m_size = 0;
 };
-
-class Socket {
-public:
-    explicit Socket(int type) : m_socket(socket(AF_INET, type, 0)) {}
-    ~Socket() {
-        if (IsOpen()) closesocket(m_socket);
-    }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-
-    bool IsOpen() const { return m_socket != INVALID_SOCKET; }
-    SOCKET Handle() const { return m_socket; }
-
-private:
-    SOCKET m_socket;
-};
-
-sockaddr_in LocalAddress(std::uint16_t port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
 
 const sockaddr* Generic(const sockaddr_in& address) {
     return reinterpret_cast<const sockaddr*>(&address);
@@ -78,14 +55,14 @@ bool IsWorthRepeating(int error) {
 }
 
 HlxResult SendDatagram(std::uint16_t port, const Frame& frame, std::int32_t& error) {
-    const Socket local(SOCK_DGRAM);
+    const CHlxSocket local(socket(AF_INET, SOCK_DGRAM, 0));
     if (!local.IsOpen()) {
         error = WSAGetLastError();
         return HLX_SOCKET_FAILED;
     }
     setsockopt(local.Handle(), SOL_SOCKET, SO_SNDBUF,
                reinterpret_cast<const char*>(&kSendBufferSize), sizeof kSendBufferSize);
-    const sockaddr_in address = LocalAddress(port);
+    const sockaddr_in address = hlx_loopbackAddress(port);
     for (int attempt = 0; attempt < kSendAttempts; ++attempt) {
         if (sendto(local.Handle(), frame.Bytes(), frame.Size(), 0, Generic(address),
                    sizeof address) != SOCKET_ERROR)
@@ -105,8 +82,8 @@ bool Deliver(SOCKET connection, const sockaddr_in& address, const Frame& frame) 
 }
 
 HlxResult SendStream(std::uint16_t port, const Frame& frame, std::int32_t& error) {
-    const Socket local(SOCK_STREAM);
-    if (local.IsOpen() && Deliver(local.Handle(), LocalAddress(port), frame)) return HLX_DONE;
+    const CHlxSocket local(socket(AF_INET, SOCK_STREAM, 0));
+    if (local.IsOpen() && Deliver(local.Handle(), hlx_loopbackAddress(port), frame)) return HLX_DONE;
     error = WSAGetLastError();
     return HLX_SOCKET_FAILED;
 }
@@ -185,8 +162,7 @@ std::int32_t hlx_sendComposite(std::uint32_t length1, const std::uint8_t* blob1,
                                std::uint32_t length3, const std::uint8_t* blob3) {
     std::uint32_t size = 0;
     std::int32_t error = 0;
-    const std::unique_ptr<std::uint8_t, decltype(&std::free)> message(
-        hlx_buildComposite(length1, blob1, length2, blob2, length3, blob3, &size, &error),
-        &std::free);
+    const HlxBlock<std::uint8_t> message(
+        hlx_buildComposite(length1, blob1, length2, blob2, length3, blob3, &size, &error));
     return message ? Send(HLX_COMMAND_COMPOSITE, message.get(), size) : error;
 }

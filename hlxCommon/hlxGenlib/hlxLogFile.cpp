@@ -6,11 +6,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <span>
 #include <string_view>
 
 #include "hlxLogSinks.h"
+#include "hlxOwned.h"
 
 namespace {
 
@@ -31,8 +31,7 @@ enum class Rotation { kDone, kSkipped, kNotOpened };
 Rotation Rotate(HlxLogSink& sink, const char* path, const char* mode) {
     constexpr char kSuffix[] = ".rotate";
     const std::size_t length = std::strlen(path);
-    const std::unique_ptr<char, decltype(&std::free)> older(
-        static_cast<char*>(std::malloc(length + sizeof kSuffix)), &std::free);
+    const HlxBlock<char> older(static_cast<char*>(std::malloc(length + sizeof kSuffix)));
     std::FILE* const file = StreamOf(&sink);
     if (!older) return Rotation::kSkipped;
     std::copy_n(path, length, older.get());
@@ -53,15 +52,13 @@ HlxResult hlx_logOpenFile(const char*, std::int32_t, const void* argument, std::
     const auto* const path = static_cast<const char*>(argument);
     if (!path) return HLX_REFUSED;
     const char* const mode = flags & HLX_LOG_TRUNCATE ? kTruncate : kAppend;
-    HlxLogSink* const made = hlx_logNewSink(0);
+    HlxBlock<HlxLogSink> made(hlx_logNewSink(0));
     if (!made) return HLX_NO_MEMORY;
     made->handle = std::fopen(path, mode);
-    if (!made->handle || (SizeOf(StreamOf(made)) >= kRotationSize &&
-                          Rotate(*made, path, mode) == Rotation::kNotOpened)) {
-        std::free(made);
+    if (!made->handle || (SizeOf(StreamOf(made.get())) >= kRotationSize &&
+                          Rotate(*made, path, mode) == Rotation::kNotOpened))
         return HLX_NOT_OPENED;
-    }
-    *sink = made;
+    *sink = made.release();
     return HLX_DONE;
 }
 

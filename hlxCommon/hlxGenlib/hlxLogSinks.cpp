@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "hlxOwned.h"
+
 namespace {
 
 WORD EventType(std::int32_t level) {
@@ -23,14 +25,11 @@ WORD EventType(std::int32_t level) {
 
 HlxResult OpenEventLog(const char* progname, std::int32_t, const void*, std::uint32_t,
                        HlxLogSink** sink) {
-    HlxLogSink* const made = hlx_logNewSink(0);
+    HlxBlock<HlxLogSink> made(hlx_logNewSink(0));
     if (!made) return HLX_NO_MEMORY;
     made->handle = RegisterEventSourceA(nullptr, progname);
-    if (!made->handle) {
-        std::free(made);
-        return HLX_NOT_OPENED;
-    }
-    *sink = made;
+    if (!made->handle) return HLX_NOT_OPENED;
+    *sink = made.release();
     return HLX_DONE;
 }
 

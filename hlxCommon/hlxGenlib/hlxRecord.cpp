@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "hlxBigEndian.h"
+#include "hlxOwned.h"
 
 namespace {
 
@@ -15,11 +15,8 @@ constexpr std::uint32_t kOverhead = 39;   // the fixed part and seven bytes for 
 constexpr std::uint32_t kIntSize = 4;
 
 template <class T>
-using Block = std::unique_ptr<T, decltype(&std::free)>;
-
-template <class T>
-Block<T> Allocate(std::size_t size) {
-    return {static_cast<T*>(std::malloc(size)), &std::free};
+HlxBlock<T> Allocate(std::size_t size) {
+    return HlxBlock<T>(static_cast<T*>(std::malloc(size)));
 }
 
 // Bytes that a blob takes when another one follows it.
@@ -33,9 +30,9 @@ std::uint8_t* StoreBlob(std::uint8_t* to, const std::uint8_t* blob, std::uint32_
     return to + Stride(length);
 }
 
-Block<char> CopyBlob(const std::uint8_t* from, std::uint32_t length) {
-    if (!length) return {nullptr, &std::free};
-    Block<char> copy = Allocate<char>(std::size_t{length} + 1);
+HlxBlock<char> CopyBlob(const std::uint8_t* from, std::uint32_t length) {
+    if (!length) return nullptr;
+    HlxBlock<char> copy = Allocate<char>(std::size_t{length} + 1);
     if (copy) {
         std::memcpy(copy.get(), from, length);
         copy.get()[length] = 0;
@@ -43,9 +40,9 @@ Block<char> CopyBlob(const std::uint8_t* from, std::uint32_t length) {
     return copy;
 }
 
-Block<std::uint32_t> CopyInts(const std::uint8_t* from, std::uint32_t count) {
-    if (!count) return {nullptr, &std::free};
-    Block<std::uint32_t> copy = Allocate<std::uint32_t>(std::size_t{count} * kIntSize);
+HlxBlock<std::uint32_t> CopyInts(const std::uint8_t* from, std::uint32_t count) {
+    if (!count) return nullptr;
+    HlxBlock<std::uint32_t> copy = Allocate<std::uint32_t>(std::size_t{count} * kIntSize);
     for (std::uint32_t i = 0; copy && i < count; ++i)
         copy.get()[i] = hlx_loadBig32(from + std::size_t{i} * kIntSize);
     return copy;
@@ -120,10 +117,10 @@ HlxResult hlx_decodeRecord(const std::uint8_t* record, std::uint32_t size, std::
     const std::uint64_t startC = startB + Stride(lengthB);
     if (startC + lengthC > size) return HLX_REFUSED;
 
-    Block<std::uint32_t> intsCopy = CopyInts(record + kFixedSize, count);
-    Block<char> copyA = CopyBlob(record + startA, lengthA);
-    Block<char> copyB = CopyBlob(record + startB, lengthB);
-    Block<char> copyC = CopyBlob(record + startC, lengthC);
+    HlxBlock<std::uint32_t> intsCopy = CopyInts(record + kFixedSize, count);
+    HlxBlock<char> copyA = CopyBlob(record + startA, lengthA);
+    HlxBlock<char> copyB = CopyBlob(record + startB, lengthB);
+    HlxBlock<char> copyC = CopyBlob(record + startC, lengthC);
     if ((count && !intsCopy) || (lengthA && !copyA) || (lengthB && !copyB) || (lengthC && !copyC))
         return HLX_REFUSED;
     *ints = intsCopy.release();

@@ -3,11 +3,8 @@
 #include <cstring>
 
 CHlxRegistryKey::CHlxRegistryKey(HKEY root, LPCSTR path) {
-    if (RegOpenKeyExA(root, path, 0, KEY_READ, &m_hKey) != ERROR_SUCCESS) m_hKey = nullptr;
-}
-
-CHlxRegistryKey::~CHlxRegistryKey() {
-    if (m_hKey) RegCloseKey(m_hKey);
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(root, path, 0, KEY_READ, &key) == ERROR_SUCCESS) m_hKey.reset(key);
 }
 
 std::string CHlxRegistryKey::ReadText(LPCSTR name, DWORD capacity) const {
@@ -17,7 +14,7 @@ std::string CHlxRegistryKey::ReadText(LPCSTR name, DWORD capacity) const {
     DWORD type = REG_NONE;
     DWORD size = capacity;
     const LSTATUS status =
-        RegQueryValueExA(m_hKey, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
+        RegQueryValueExA(*this, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
     if (status != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return {};
     text.resize(strnlen(text.data(), size));
     return text;

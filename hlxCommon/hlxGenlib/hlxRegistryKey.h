@@ -5,16 +5,16 @@
 
 #include <string>
 
+#include "hlxOwned.h"
+
 class CHlxRegistryKey {
 public:
     CHlxRegistryKey(HKEY root, LPCSTR path);
-    virtual ~CHlxRegistryKey();
-    CHlxRegistryKey(const CHlxRegistryKey&) = delete;
-    CHlxRegistryKey& operator=(const CHlxRegistryKey&) = delete;
+    virtual ~CHlxRegistryKey() = default;
 
     // Whether the key could be opened.
     bool IsOpen() const { return m_hKey != nullptr; }
-    operator HKEY() const { return m_hKey; }
+    operator HKEY() const { return m_hKey.get(); }
 
     // A text value of at most `capacity` bytes with its terminator; null names the default value.
     // Empty if the key is not open or the value is missing, longer, or no text. References to the
@@ -22,5 +22,5 @@ public:
     std::string ReadText(LPCSTR name, DWORD capacity) const;
 
 private:
-    HKEY m_hKey = nullptr;
+    HlxKey m_hKey;
 };

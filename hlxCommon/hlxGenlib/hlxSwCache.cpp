@@ -5,19 +5,19 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <string_view>
 
 #include "hlxLog.h"
+#include "hlxOwned.h"
 
 namespace {
 
 constexpr int kOwnerWritesAllRead = 022;  // the file-creation mask
 
-using File = std::unique_ptr<std::FILE, decltype(&std::fclose)>;
+using File = HlxOwned<std::FILE*, std::fclose>;
 
 File Open(const char* path, const char* mode) {
-    return {_fsopen(path, mode, _SH_DENYNO), &std::fclose};
+    return File(_fsopen(path, mode, _SH_DENYNO));
 }
 
 // The bytes of a file, read a block at a time.

@@ -15,21 +15,12 @@ namespace {
 constexpr int kLargestDatagram = 65536;
 constexpr std::size_t kMostConnections = 50;  // more have to wait; select handles 64 on Windows
 
-sockaddr_in LocalAddress(std::uint16_t port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
-
-SOCKET BoundSocket(int type, std::uint16_t port, const char* name) {
-    const SOCKET handle = socket(AF_INET, type, 0);
-    const sockaddr_in address = LocalAddress(port);
-    if (handle != INVALID_SOCKET &&
-        bind(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
-        return handle;
-    if (handle != INVALID_SOCKET) closesocket(handle);
+CHlxSocket BoundSocket(int type, std::uint16_t port, const char* name) {
+    CHlxSocket bound(socket(AF_INET, type, 0));
+    const sockaddr_in address = hlx_loopbackAddress(port);
+    if (bound.IsOpen() && bind(bound.Handle(), reinterpret_cast<const sockaddr*>(&address),
+                               sizeof address) == 0)
+        return bound;
     throw std::runtime_error(std::string("cannot listen on ") + name +
                              "; is another daemon running?");
 }
@@ -49,7 +40,7 @@ FrameListener::FrameListener(Handler handler)
 // The datagram wakes the thread, which then reads the flag.
 FrameListener::~FrameListener() {
     ending_ = true;
-    const sockaddr_in address = LocalAddress(HLX_UDP_PORT);
+    const sockaddr_in address = hlx_loopbackAddress(HLX_UDP_PORT);
     sendto(datagrams_.Handle(), "", 0, 0, reinterpret_cast<const sockaddr*>(&address),
            sizeof address);
     thread_.join();

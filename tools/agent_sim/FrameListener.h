@@ -1,29 +1,15 @@
 // The receiving end of the command channel: UDP port 30022 and TCP port 30024 of the local machine.
 #pragma once
 
-#include <winsock2.h>
-
 #include <atomic>
 #include <functional>
 #include <list>
 #include <thread>
 
 #include "FrameText.h"
+#include "hlxSocket.h"
 
 namespace agent_sim {
-
-// Owns a socket.
-class Socket {
-public:
-    explicit Socket(SOCKET handle) : handle_(handle) {}
-    ~Socket() { closesocket(handle_); }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-    SOCKET Handle() const { return handle_; }
-
-private:
-    SOCKET handle_;
-};
 
 // Receives on a thread of its own from construction to destruction.
 class FrameListener {
@@ -39,7 +25,7 @@ public:
 private:
     struct Connection {
         explicit Connection(SOCKET handle) : peer(handle) {}
-        Socket peer;
+        CHlxSocket peer;
         FrameSplitter frames;
     };
 
@@ -51,8 +37,8 @@ private:
     bool ServeConnection(Connection& connection);
 
     Handler handler_;
-    Socket datagrams_;
-    Socket stream_;
+    CHlxSocket datagrams_;
+    CHlxSocket stream_;
     std::list<Connection> connections_;
     std::atomic<bool> ending_{false};
     std::thread thread_;

@@ -16,16 +16,18 @@ void Check(LSTATUS status, const std::string& what) {
 }  // namespace
 
 RegistryKey::RegistryKey(const std::string& path, For use) : path_(path) {
+    HKEY key = nullptr;
     if (use == For::kWriting)
-        Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0,
-                              KEY_READ | KEY_WRITE, nullptr, &key_, nullptr),
-              "open " + path_);
-    else if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path_.c_str(), 0, KEY_READ, &key_) != ERROR_SUCCESS)
-        key_ = nullptr;
+        Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0,
+                              KEY_READ | KEY_WRITE, nullptr, &key, nullptr),
+              "open " + path);
+    else if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+        return;
+    key_.reset(key);
 }
 
 void RegistryKey::Set(const std::string& name, DWORD type, const void* data, std::size_t size) {
-    Check(RegSetValueExA(key_, name.c_str(), 0, type, static_cast<const BYTE*>(data),
+    Check(RegSetValueExA(key_.get(), name.c_str(), 0, type, static_cast<const BYTE*>(data),
                          static_cast<DWORD>(size)),
           "write '" + name + "' of " + path_);
 }
@@ -46,11 +48,11 @@ std::optional<std::vector<std::uint8_t>> RegistryKey::Get(const std::string& nam
                                                           DWORD type) const {
     DWORD size = 0;
     DWORD found = REG_NONE;
-    if (RegQueryValueExA(key_, name.c_str(), nullptr, &found, nullptr, &size) != ERROR_SUCCESS ||
+    if (RegQueryValueExA(key_.get(), name.c_str(), nullptr, &found, nullptr, &size) != ERROR_SUCCESS ||
         found != type)
         return std::nullopt;
     std::vector<std::uint8_t> data(size);
-    if (RegQueryValueExA(key_, name.c_str(), nullptr, nullptr, data.data(), &size) != ERROR_SUCCESS)
+    if (RegQueryValueExA(key_.get(), name.c_str(), nullptr, nullptr, data.data(), &size) != ERROR_SUCCESS)
         return std::nullopt;
     data.resize(size);
     return data;
@@ -80,7 +82,7 @@ std::vector<std::string> RegistryKey::ValueNames() const {
     std::string name(kLongestName, '\0');
     for (DWORD index = 0;; ++index) {
         DWORD length = kLongestName;
-        if (RegEnumValueA(key_, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
+        if (RegEnumValueA(key_.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
             ERROR_SUCCESS)
             return names;
         names.emplace_back(name, 0, length);
@@ -89,7 +91,7 @@ std::vector<std::string> RegistryKey::ValueNames() const {
 
 void RegistryKey::DeleteAllValues() {
     for (const std::string& name : ValueNames())
-        Check(RegDeleteValueA(key_, name.c_str()), "delete '" + name + "' of " + path_);
+        Check(RegDeleteValueA(key_.get(), name.c_str()), "delete '" + name + "' of " + path_);
 }
 
 }  // namespace agent_sim

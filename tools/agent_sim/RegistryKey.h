@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "hlxOwned.h"
+
 namespace agent_sim {
 
 class RegistryKey {
@@ -18,11 +20,6 @@ public:
     // For writing, a missing key is created; throws std::runtime_error if that fails. For reading,
     // a key that cannot be opened has no values.
     RegistryKey(const std::string& path, For use);
-    ~RegistryKey() {
-        if (key_) RegCloseKey(key_);
-    }
-    RegistryKey(const RegistryKey&) = delete;
-    RegistryKey& operator=(const RegistryKey&) = delete;
 
     // The empty name is the default value. The setters throw std::runtime_error on failure.
     void SetText(const std::string& name, const std::string& text);
@@ -42,7 +39,7 @@ private:
     std::optional<std::vector<std::uint8_t>> Get(const std::string& name, DWORD type) const;
 
     std::string path_;
-    HKEY key_ = nullptr;
+    HlxKey key_;
 };
 
 }  // namespace agent_sim

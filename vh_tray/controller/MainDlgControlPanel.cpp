@@ -2,13 +2,12 @@
 #include <windows.h>
 #include <cpl.h>
 
-#include <memory>
 #include <string>
-#include <type_traits>
 
 #include "controller/CplPath.h"
 #include "controller/MainDlg.h"
 #include "controller/ModalCall.h"
+#include "hlxOwned.h"
 #include "shared/StringTable.h"
 
 namespace {
@@ -48,8 +47,7 @@ void RunControlPanelApplet(APPLET_PROC entry, const HWND& owner, std::string& pa
 }  // namespace
 
 LRESULT CMainDlg::OnShowApplet(WORD commandId) {
-    const std::unique_ptr<std::remove_pointer_t<HMODULE>, decltype(&FreeLibrary)> library(
-        LoadLibraryA(GetCplPath()), &FreeLibrary);
+    const HlxModule library(LoadLibraryA(GetCplPath()));
     if (library) ShowSheet(library.get(), commandId);
     return 0;
 }

@@ -4,6 +4,7 @@
 #include "dialogs/DownloadDialog.h"
 #include "dialogs/InstallDialog.h"
 #include "dialogs/UpdatesDialog.h"
+#include "hlxOwned.h"
 
 namespace {
 
@@ -12,6 +13,8 @@ namespace {
 constexpr int kHealthTipCapacity = 127;
 constexpr int kHealthBalloonCapacity = 255;
 constexpr int kHealthTitleCapacity = 63;
+
+using OwnedMenu = HlxOwned<HMENU, DestroyMenu>;
 
 void LoadInto(UINT id, char* text, int capacity) {
     LoadStringA(_Module.GetModuleInstance(), id, text, capacity);
@@ -150,15 +153,13 @@ void CMainDlg::ShowContextMenu() {
     POINT pointer{};
     GetCursorPos(&pointer);
     const CModalCall call(m_hWnd);
-    const HMENU menu = LoadMenuA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(IDR_TRAYMENU));
+    const OwnedMenu menu(
+        LoadMenuA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(IDR_TRAYMENU)));
     if (!menu) return;
-    const HMENU popup = GetSubMenu(menu, 0);
-    if (popup) {
-        SetMenuDefaultItem(popup, ID_DISPLAY_HEALTH, FALSE);
-        SetForegroundWindow(m_hWnd);
-        TrackPopupMenu(popup, TPM_RIGHTBUTTON, VisibleX(pointer), pointer.y, 0, m_hWnd, nullptr);
-        PostMessageA(m_hWnd, WM_NULL, 0, 0);
-        DestroyMenu(popup);
-    }
-    DestroyMenu(menu);
+    const OwnedMenu popup(GetSubMenu(menu.get(), 0));
+    if (!popup) return;
+    SetMenuDefaultItem(popup.get(), ID_DISPLAY_HEALTH, FALSE);
+    SetForegroundWindow(m_hWnd);
+    TrackPopupMenu(popup.get(), TPM_RIGHTBUTTON, VisibleX(pointer), pointer.y, 0, m_hWnd, nullptr);
+    PostMessageA(m_hWnd, WM_NULL, 0, 0);
 }

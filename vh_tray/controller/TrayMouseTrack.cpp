@@ -17,16 +17,14 @@ CTrayMouseTrack::CTrayMouseTrack(HWND notifyWindow, UINT message, UINT wParam)
       m_uMessage(message),
       m_wPostParam(wParam),
       m_hStopEvent(CreateEventA(nullptr, FALSE, FALSE, nullptr)) {
-    m_hThread = reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, ThreadProc, this, 0, nullptr));
+    m_hThread.reset(
+        reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, ThreadProc, this, 0, nullptr)));
 }
 
 CTrayMouseTrack::~CTrayMouseTrack() {
-    if (m_hThread) {
-        if (!Stop(kDestroyMs)) TerminateThread(m_hThread, 0);
-        CloseHandle(m_hThread);
-        m_hThread = nullptr;
-    }
-    if (m_hStopEvent) CloseHandle(m_hStopEvent);
+    if (!Stop(kDestroyMs)) TerminateThread(m_hThread.get(), 0);
+    m_hThread.reset();  // before the event that it waits for
+    m_hStopEvent.reset();
 }
 
 void CTrayMouseTrack::OnMouseMove() {
@@ -40,8 +38,8 @@ void CTrayMouseTrack::OnMouseMove() {
 
 bool CTrayMouseTrack::Stop(DWORD limit) {
     if (!m_hThread) return true;
-    SetEvent(m_hStopEvent);
-    return WaitForSingleObject(m_hThread, limit) != WAIT_TIMEOUT;
+    SetEvent(m_hStopEvent.get());
+    return WaitForSingleObject(m_hThread.get(), limit) != WAIT_TIMEOUT;
 }
 
 unsigned __stdcall CTrayMouseTrack::ThreadProc(void* self) {
@@ -51,13 +49,13 @@ unsigned __stdcall CTrayMouseTrack::ThreadProc(void* self) {
 
 void CTrayMouseTrack::Run() {
     Size size{kDefaultSize, kDefaultSize};
-    if (WaitForSingleObject(m_hStopEvent, 0) != WAIT_TIMEOUT) return;
+    if (WaitForSingleObject(m_hStopEvent.get(), 0) != WAIT_TIMEOUT) return;
     do {
         if (m_bHovering && HasLeft(size)) {
             m_bHovering = FALSE;
             Post(WM_MOUSELEAVE);
         }
-    } while (WaitForSingleObject(m_hStopEvent, kLookMs) == WAIT_TIMEOUT);
+    } while (WaitForSingleObject(m_hStopEvent.get(), kLookMs) == WAIT_TIMEOUT);
 }
 
 // If the position cannot be read, the pointer has not left; if the size cannot be read, the last

@@ -7,6 +7,7 @@
 #include <atomic>
 
 #include "frame/CriticalSection.h"
+#include "hlxOwned.h"
 
 class CTrayMouseTrack {
 public:
@@ -41,8 +42,8 @@ private:
     struct {
         std::atomic<LONG> x{0}, y{0};
     } m_ptAnchor;  // position of the pointer at the last move
-    HANDLE m_hThread = nullptr;
-    const HANDLE m_hStopEvent;
+    HlxHandle m_hThread;
+    HlxHandle m_hStopEvent;
     std::atomic<BOOL> m_bHovering{FALSE};  // over the icon; a leave message is still to be posted
     CCriticalSection m_csMove;
 };

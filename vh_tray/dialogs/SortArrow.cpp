@@ -4,23 +4,22 @@
 
 namespace {
 
-HBITMAP DrawArrow(const POINT (&corners)[3]) {
+void ReleaseScreen(HDC screen) { ReleaseDC(nullptr, screen); }
+
+OwnedBitmap DrawArrow(const POINT (&corners)[3]) {
     constexpr RECT kArea{0, 0, 16, 15};
-    const HDC screen = GetDC(nullptr);
-    const HDC canvas = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, kArea.right, kArea.bottom);
-    const HPEN pen = CreatePen(PS_SOLID, 0, GetSysColor(COLOR_BTNSHADOW));
-    const HGDIOBJ oldBitmap = SelectObject(canvas, bitmap);
-    FillRect(canvas, &kArea, GetSysColorBrush(COLOR_BTNFACE));
-    const HGDIOBJ oldBrush = SelectObject(canvas, GetSysColorBrush(COLOR_BTNSHADOW));
-    const HGDIOBJ oldPen = SelectObject(canvas, pen);
-    Polygon(canvas, corners, 3);
-    SelectObject(canvas, oldPen);
-    SelectObject(canvas, oldBrush);
-    SelectObject(canvas, oldBitmap);
-    DeleteObject(pen);
-    DeleteDC(canvas);
-    ReleaseDC(nullptr, screen);
+    const HlxOwned<HDC, ReleaseScreen> screen(GetDC(nullptr));
+    const HlxOwned<HDC, DeleteDC> canvas(CreateCompatibleDC(screen.get()));
+    OwnedBitmap bitmap(CreateCompatibleBitmap(screen.get(), kArea.right, kArea.bottom));
+    const HlxOwned<HPEN, DeleteObject> pen(CreatePen(PS_SOLID, 0, GetSysColor(COLOR_BTNSHADOW)));
+    const HGDIOBJ oldBitmap = SelectObject(canvas.get(), bitmap.get());
+    FillRect(canvas.get(), &kArea, GetSysColorBrush(COLOR_BTNFACE));
+    const HGDIOBJ oldBrush = SelectObject(canvas.get(), GetSysColorBrush(COLOR_BTNSHADOW));
+    const HGDIOBJ oldPen = SelectObject(canvas.get(), pen.get());
+    Polygon(canvas.get(), corners, 3);
+    SelectObject(canvas.get(), oldPen);
+    SelectObject(canvas.get(), oldBrush);
+    SelectObject(canvas.get(), oldBitmap);
     return bitmap;
 }
 
@@ -28,15 +27,13 @@ HBITMAP DrawArrow(const POINT (&corners)[3]) {
 
 // Those of version 6 do.
 bool HeaderDrawsArrows() {
-    const HMODULE controls = LoadLibraryA("comctl32.dll");
+    const HlxModule controls(LoadLibraryA("comctl32.dll"));
     if (!controls) return false;
     const auto getVersion =
-        reinterpret_cast<DLLGETVERSIONPROC>(GetProcAddress(controls, "DllGetVersion"));
+        reinterpret_cast<DLLGETVERSIONPROC>(GetProcAddress(controls.get(), "DllGetVersion"));
     DLLVERSIONINFO version{};
     version.cbSize = sizeof version;
-    const bool draws = getVersion && SUCCEEDED(getVersion(&version)) && version.dwMajorVersion >= 6;
-    FreeLibrary(controls);
-    return draws;
+    return getVersion && SUCCEEDED(getVersion(&version)) && version.dwMajorVersion >= 6;
 }
 
 void SetArrowFlags(const CHeaderCtrl& header, int column, int flags) {
@@ -48,23 +45,22 @@ void SetArrowFlags(const CHeaderCtrl& header, int column, int flags) {
     header.SetItem(column, &item);
 }
 
-void DrawArrows(HBITMAP (&bitmaps)[2]) {
+void DrawArrows(OwnedBitmap (&bitmaps)[2]) {
     bitmaps[0] = DrawArrow({{7, 4}, {2, 9}, {12, 9}});
     bitmaps[1] = DrawArrow({{2, 4}, {7, 9}, {12, 4}});
 }
 
-bool LoadShellArrows(HBITMAP (&bitmaps)[2]) {
+bool LoadShellArrows(OwnedBitmap (&bitmaps)[2]) {
     constexpr WORD kShellArrowUp = 133, kShellArrowDown = 134;
     HMODULE shell = GetModuleHandleA("shell32.dll");
-    const HMODULE loaded = shell ? nullptr : LoadLibraryA("shell32.dll");
-    if (!shell) shell = loaded;
+    const HlxModule loaded(shell ? nullptr : LoadLibraryA("shell32.dll"));
+    if (!shell) shell = loaded.get();
     if (!shell) return false;
     const auto load = [shell](WORD id) {
-        return static_cast<HBITMAP>(
-            LoadImageA(shell, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS));
+        return OwnedBitmap(static_cast<HBITMAP>(
+            LoadImageA(shell, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS)));
     };
     bitmaps[0] = load(kShellArrowUp);
     bitmaps[1] = load(kShellArrowDown);
-    if (loaded) FreeLibrary(loaded);
     return bitmaps[0] && bitmaps[1];
 }

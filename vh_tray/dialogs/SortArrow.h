@@ -4,6 +4,9 @@
 #include <windows.h>
 
 #include "frame/ListViewCtrl.h"
+#include "hlxOwned.h"
+
+using OwnedBitmap = HlxOwned<HBITMAP, DeleteObject>;
 
 // Whether header controls draw the arrow themselves.
 bool HeaderDrawsArrows();
@@ -11,8 +14,7 @@ bool HeaderDrawsArrows();
 // For such a header: HDF_SORTUP, HDF_SORTDOWN or, for no arrow, 0.
 void SetArrowFlags(const CHeaderCtrl& header, int column, int flags);
 
-// For any other header: the up arrow and the down arrow. The caller deletes both.
-void DrawArrows(HBITMAP (&bitmaps)[2]);
-// Loads the arrows of the shell. False: it does not have both; the caller deletes those that were
-// loaded.
-bool LoadShellArrows(HBITMAP (&bitmaps)[2]);
+// For any other header: the up arrow and the down arrow.
+void DrawArrows(OwnedBitmap (&bitmaps)[2]);
+// Loads the arrows of the shell. False: it does not have both.
+bool LoadShellArrows(OwnedBitmap (&bitmaps)[2]);

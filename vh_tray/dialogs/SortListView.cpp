@@ -7,7 +7,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "dialogs/SortArrow.h"
 #include "shared/AutomationDate.h"
 
 namespace {
@@ -212,20 +211,11 @@ void CSortListViewImpl::ShowArrowByBitmap(int oldColumn) {
         m_hSavedHeaderBitmap = item.hbm;
     }
     item.fmt = (item.fmt & ~HDF_IMAGE) | HDF_BITMAP | HDF_BITMAP_ON_RIGHT;
-    item.hbm = m_hSortBitmap[m_bSortDescending ? kDown : kUp];
+    item.hbm = m_hSortBitmap[m_bSortDescending ? kDown : kUp].get();
     header.SetItem(m_nSortColumn, &item);
 }
 
 void CSortListViewImpl::MakeBitmaps() {
-    DeleteBitmaps();
     if (m_dwSortStyle & kTryShellBitmaps && LoadShellArrows(m_hSortBitmap)) return;
-    DeleteBitmaps();
     DrawArrows(m_hSortBitmap);
-}
-
-void CSortListViewImpl::DeleteBitmaps() {
-    for (HBITMAP& bitmap : m_hSortBitmap) {
-        if (bitmap) DeleteObject(bitmap);
-        bitmap = nullptr;
-    }
 }

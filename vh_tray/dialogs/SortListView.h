@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "dialogs/FittedColumns.h"
+#include "dialogs/SortArrow.h"
 #include "frame/ListViewCtrl.h"
 #include "frame/WindowImpl.h"
 #include "updates/ResultText.h"
@@ -43,8 +44,6 @@ struct ResultColumns {
 // The rows, their records and their sort order.
 class CSortListViewImpl : public CFittedColumns {
 public:
-    ~CSortListViewImpl() override { DeleteBitmaps(); }
-
     // One column for each string from `firstString` on, up to the first that is missing or empty.
     void SetupColumns(UINT firstString);
 
@@ -95,7 +94,7 @@ protected:
     int m_nSortColumn = -1;
     // For a header that does not: the arrows, and the former contents of its item.
     enum { kUp, kDown };
-    HBITMAP m_hSortBitmap[2] = {};
+    OwnedBitmap m_hSortBitmap[2];
     int m_nSavedHeaderFormat = 0;
     HBITMAP m_hSavedHeaderBitmap = nullptr;
     enum : DWORD { kTryShellBitmaps = 1 };
@@ -110,7 +109,6 @@ private:
     void ShowArrowByFlags(int oldColumn);
     void ShowArrowByBitmap(int oldColumn);
     void MakeBitmaps();
-    void DeleteBitmaps();
 
     const ResultColumns& m_columns;
 };

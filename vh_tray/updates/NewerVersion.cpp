@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
+#include "hlxOwned.h"
 #include "updates/VersionInfo.h"
 
 namespace {
@@ -21,10 +21,6 @@ constexpr std::uint32_t kUnreadable = 13;
 // From the most significant number to the least.
 using Version = std::array<std::uint32_t, 4>;
 
-struct Free {
-    void operator()(char* text) const { free(text); }
-};
-
 // The digits at the start of the token; a number that is too large becomes the largest one.
 std::uint32_t ToNumber(const char* token) {
     constexpr unsigned long kLargest = UINT32_MAX;
@@ -32,7 +28,7 @@ std::uint32_t ToNumber(const char* token) {
 }
 
 Version Parse(const char* text) {
-    const std::unique_ptr<char, Free> copy(_strdup(text));
+    const HlxBlock<char> copy(_strdup(text));
     if (!copy || !*copy) throw kUnreadable;
     Version version{};
     auto* rest = reinterpret_cast<unsigned char*>(copy.get());

@@ -22,12 +22,7 @@ CVersionInfo::CVersionInfo()
       m_dwHandle(0),
       m_dwSize(0),
       m_dwLastError(0),
-      m_pszErrorText(nullptr),
       m_pFixedInfo(nullptr) {}
-
-CVersionInfo::~CVersionInfo() {
-    if (m_pszErrorText) LocalFree(m_pszErrorText);
-}
 
 int CVersionInfo::LoadModule(HMODULE module) {
     char path[kPathCapacity] = "";
@@ -84,12 +79,13 @@ void CVersionInfo::ReadTranslation() {
 }
 
 LPCSTR CVersionInfo::GetLastErrorText() {
-    if (m_pszErrorText) LocalFree(m_pszErrorText);
-    m_pszErrorText = nullptr;
+    m_pszErrorText.reset();
     if (m_dwLastError == 0) return nullptr;
+    LPSTR text = nullptr;
     FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
-                   m_dwLastError, 0, reinterpret_cast<LPSTR>(&m_pszErrorText), 0, nullptr);
-    return m_pszErrorText;
+                   m_dwLastError, 0, reinterpret_cast<LPSTR>(&text), 0, nullptr);
+    m_pszErrorText.reset(text);
+    return text;
 }
 
 void CVersionInfo::GetFileDate(FILETIME& date) const {

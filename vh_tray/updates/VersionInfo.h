@@ -6,10 +6,12 @@
 #include <memory>
 #include <string>
 
+#include "hlxOwned.h"
+
 class CVersionInfo {
 public:
     CVersionInfo();
-    virtual ~CVersionInfo();
+    virtual ~CVersionInfo() = default;
     CVersionInfo(const CVersionInfo&) = delete;
     CVersionInfo& operator=(const CVersionInfo&) = delete;
 
@@ -75,7 +77,7 @@ private:
     DWORD m_dwSize;
     DWORD m_dwLastError;
     std::unique_ptr<BYTE[]> m_pData;
-    LPSTR m_pszErrorText;  // from FormatMessageA
+    HlxOwned<LPSTR, LocalFree> m_pszErrorText;
     std::string m_strFileDescription, m_strFileVersion, m_strLegalCopyright, m_strLegalTrademarks,
         m_strCompanyName, m_strComments, m_strInternalName, m_strProductName, m_strProductVersion,
         m_strPrivateBuild, m_strSpecialBuild, m_strOriginalFilename;

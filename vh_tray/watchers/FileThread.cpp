@@ -29,16 +29,7 @@ CFileThread::CFileThread()
       m_uMessage(0),
       m_dwThreadId(0),
       m_dwPollMs(kPollMs),
-      m_pszPath(nullptr),
-      m_hNotifyWnd(nullptr),
-      m_hStopEvent(nullptr),
-      m_hThread(nullptr) {}
-
-CFileThread::~CFileThread() {
-    if (m_hThread) CloseHandle(m_hThread);
-    if (m_hStopEvent) CloseHandle(m_hStopEvent);
-    free(m_pszPath);
-}
+      m_hNotifyWnd(nullptr) {}
 
 bool CFileThread::Start(LPCSTR path, HWND notifyWindow, UINT message, bool firstPass) {
     return StartThread(ThreadProc, path, notifyWindow, message, firstPass);
@@ -48,24 +39,24 @@ bool CFileThread::StartThread(ThreadProcedure procedure, LPCSTR path, HWND notif
                               UINT message, bool firstPass) {
     m_uMessage = message;
     m_hNotifyWnd = notifyWindow;
-    m_pszPath = _strdup(path);
+    m_pszPath.reset(_strdup(path));
     m_bFirstPass = firstPass ? 1 : 0;
-    m_hStopEvent = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    m_hStopEvent.reset(CreateEventA(nullptr, TRUE, FALSE, nullptr));
     // Without a stop event or a path no thread is started.
     if (!m_pszPath || !m_hStopEvent) return false;
-    m_hThread =
-        reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, procedure, this, 0, &m_dwThreadId));
+    m_hThread.reset(
+        reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, procedure, this, 0, &m_dwThreadId)));
     return m_hThread != nullptr;
 }
 
 bool CFileThread::Stop(DWORD limit) {
     if (!m_hThread) return true;
-    SetEvent(m_hStopEvent);
-    return WaitForSingleObject(m_hThread, limit) == WAIT_OBJECT_0;
+    SetEvent(m_hStopEvent.get());
+    return WaitForSingleObject(m_hThread.get(), limit) == WAIT_OBJECT_0;
 }
 
 bool CFileThread::IsStopping(DWORD limit) const {
-    const DWORD outcome = WaitForSingleObject(m_hStopEvent, limit);
+    const DWORD outcome = WaitForSingleObject(m_hStopEvent.get(), limit);
     if (outcome == WAIT_FAILED) Sleep(kRetryMs);
     return outcome == WAIT_OBJECT_0;
 }
@@ -85,13 +76,13 @@ bool CFileThread::RunPass() {
     if (IsStopping(m_bFirstPass ? 0 : m_dwPollMs)) return false;
 
     // Fails while a writer has the file open, so that no partial file is read.
-    const HANDLE file = CreateFileA(m_pszPath, GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE opened = CreateFileA(m_pszPath.get(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     // The flag is cleared even if there is no file.
     const bool forced = m_bFirstPass.exchange(0) != 0;
-    if (file == INVALID_HANDLE_VALUE) return true;
-    if (forced || HasChanged(file, now)) PostContents(file);
-    CloseHandle(file);
+    if (opened == INVALID_HANDLE_VALUE) return true;
+    const HlxHandle file(opened);
+    if (forced || HasChanged(file.get(), now)) PostContents(file.get());
     return true;
 }
 

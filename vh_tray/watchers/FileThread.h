@@ -5,12 +5,14 @@
 
 #include <atomic>
 
+#include "hlxOwned.h"
+
 class CFileThread {
 public:
     CFileThread();
     // Does not stop the thread. The owner calls Stop first, and never destroys the object if the
     // thread has not ended.
-    virtual ~CFileThread();
+    virtual ~CFileThread() = default;
     CFileThread(const CFileThread&) = delete;
     CFileThread& operator=(const CFileThread&) = delete;
 
@@ -44,10 +46,11 @@ protected:
     UINT m_uMessage;
     unsigned m_dwThreadId;
     DWORD m_dwPollMs;
-    char* m_pszPath;  // from _strdup
+    // Closed from the last to the first.
+    HlxBlock<char> m_pszPath;
     HWND m_hNotifyWnd;
-    HANDLE m_hStopEvent;
-    HANDLE m_hThread;
+    HlxHandle m_hStopEvent;
+    HlxHandle m_hThread;
 
 private:
     static unsigned __stdcall ThreadProc(void* self);

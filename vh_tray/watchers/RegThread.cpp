@@ -8,12 +8,11 @@ bool CRegThread::Start(HKEY hive, LPCSTR path, HWND notifyWindow, UINT message, 
 unsigned __stdcall CRegThread::ThreadProc(void* self) {
     if (!self) return static_cast<unsigned>(-1);
     auto& watcher = *static_cast<CRegThread*>(self);
-    HANDLE notifyEvent = nullptr;
-    while (!(notifyEvent = CreateEventA(nullptr, FALSE, FALSE, nullptr)))
+    HlxHandle notifyEvent;
+    while (notifyEvent.reset(CreateEventA(nullptr, FALSE, FALSE, nullptr)), !notifyEvent)
         if (!watcher.PauseBeforeRetry()) return 0;
-    while (watcher.RunPass(notifyEvent)) {
+    while (watcher.RunPass(notifyEvent.get())) {
     }
-    CloseHandle(notifyEvent);
     return 0;
 }
 
@@ -26,7 +25,7 @@ bool CRegThread::PauseBeforeRetry() {
 
 // Also returns for the stop event. A wait that fails is repeated; the notification stays armed.
 void CRegThread::AwaitChange(HANDLE notifyEvent) const {
-    const HANDLE events[] = {notifyEvent, m_hStopEvent};
+    const HANDLE events[] = {notifyEvent, m_hStopEvent.get()};
     while (WaitForMultipleObjects(2, events, FALSE, INFINITE) == WAIT_FAILED &&
            !IsStopping(kRetryMs)) {
     }
@@ -34,34 +33,33 @@ void CRegThread::AwaitChange(HANDLE notifyEvent) const {
 
 // False: the thread is to end.
 bool CRegThread::RunPass(HANDLE notifyEvent) {
-    const HKEY key = OpenArmed(notifyEvent);
+    const HlxKey key = OpenArmed(notifyEvent);
     if (!key) return PauseBeforeRetry();
     if (!m_bFirstPass) AwaitChange(notifyEvent);
     const bool stopping = IsStopping();
     if (!stopping) {
         m_bFirstPass = 0;
         PostMessageA(m_hNotifyWnd, m_uMessage, reinterpret_cast<WPARAM>(m_hHive),
-                     reinterpret_cast<LPARAM>(m_pszPath));
+                     reinterpret_cast<LPARAM>(m_pszPath.get()));
         // The next pass has to report a change that has happened since: its signal is reset
         // together with that of the close.
         if (WaitForSingleObject(notifyEvent, 0) != WAIT_TIMEOUT) m_bFirstPass = 1;
     }
-    RegCloseKey(key);
     return !stopping;
 }
 
 // Opens the key and arms one notification; null if either fails.
-HKEY CRegThread::OpenArmed(HANDLE notifyEvent) {
-    HKEY key = nullptr;
-    if (RegCreateKeyExA(m_hHive, m_pszPath, 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr) !=
-        ERROR_SUCCESS)
+HlxKey CRegThread::OpenArmed(HANDLE notifyEvent) {
+    HKEY created = nullptr;
+    if (RegCreateKeyExA(m_hHive, m_pszPath.get(), 0, nullptr, 0, KEY_READ, nullptr, &created,
+                        nullptr) != ERROR_SUCCESS)
         return nullptr;
+    HlxKey key(created);
     // If its notification was still armed, closing the key of the previous pass has signalled the
     // event. That is not a change.
     ResetEvent(notifyEvent);
-    if (RegNotifyChangeKeyValue(key, TRUE, REG_NOTIFY_CHANGE_LAST_SET, notifyEvent, TRUE) ==
+    if (RegNotifyChangeKeyValue(key.get(), TRUE, REG_NOTIFY_CHANGE_LAST_SET, notifyEvent, TRUE) !=
         ERROR_SUCCESS)
-        return key;
-    RegCloseKey(key);
-    return nullptr;
+        key.reset();
+    return key;
 }

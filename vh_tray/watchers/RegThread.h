@@ -19,7 +19,7 @@ private:
     bool PauseBeforeRetry();
     void AwaitChange(HANDLE notifyEvent) const;
     bool RunPass(HANDLE notifyEvent);
-    HKEY OpenArmed(HANDLE notifyEvent);
+    HlxKey OpenArmed(HANDLE notifyEvent);
 
     HKEY m_hHive = HKEY_LOCAL_MACHINE;
 };
