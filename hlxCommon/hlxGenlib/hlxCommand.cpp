@@ -83,7 +83,8 @@ bool Deliver(SOCKET connection, const sockaddr_in& address, const Frame& frame) 
 
 HlxResult SendStream(std::uint16_t port, const Frame& frame, std::int32_t& error) {
     const CHlxSocket local(socket(AF_INET, SOCK_STREAM, 0));
-    if (local.IsOpen() && Deliver(local.Handle(), hlx_loopbackAddress(port), frame)) return HLX_DONE;
+    if (local.IsOpen() && Deliver(local.Handle(), hlx_loopbackAddress(port), frame))
+        return HLX_DONE;
     error = WSAGetLastError();
     return HLX_SOCKET_FAILED;
 }

@@ -16,9 +16,7 @@ constexpr int kOwnerWritesAllRead = 022;  // the file-creation mask
 
 using File = HlxOwned<std::FILE*, std::fclose>;
 
-File Open(const char* path, const char* mode) {
-    return File(_fsopen(path, mode, _SH_DENYNO));
-}
+File Open(const char* path, const char* mode) { return File(_fsopen(path, mode, _SH_DENYNO)); }
 
 // The bytes of a file, read a block at a time.
 class Bytes {

@@ -71,11 +71,8 @@ TEST(FrameListener, ContinuesAfterMalformedInput) {
         if (transport == "UDP") received.set_value(sizes);
     });
     const auto transmit = [](int type, std::uint16_t port, const Frame& frame) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(port);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        const Socket peer(socket(AF_INET, type, 0));
+        const sockaddr_in address = hlx_loopbackAddress(port);
+        const CHlxSocket peer(socket(AF_INET, type, 0));
         connect(peer.Handle(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
         send(peer.Handle(), reinterpret_cast<const char*>(frame.data()),
              static_cast<int>(frame.size()), 0);

@@ -18,8 +18,8 @@ constexpr std::size_t kMostConnections = 50;  // more have to wait; select handl
 CHlxSocket BoundSocket(int type, std::uint16_t port, const char* name) {
     CHlxSocket bound(socket(AF_INET, type, 0));
     const sockaddr_in address = hlx_loopbackAddress(port);
-    if (bound.IsOpen() && bind(bound.Handle(), reinterpret_cast<const sockaddr*>(&address),
-                               sizeof address) == 0)
+    if (bound.IsOpen() &&
+        bind(bound.Handle(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
         return bound;
     throw std::runtime_error(std::string("cannot listen on ") + name +
                              "; is another daemon running?");

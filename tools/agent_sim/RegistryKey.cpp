@@ -18,8 +18,8 @@ void Check(LSTATUS status, const std::string& what) {
 RegistryKey::RegistryKey(const std::string& path, For use) : path_(path) {
     HKEY key = nullptr;
     if (use == For::kWriting)
-        Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0,
-                              KEY_READ | KEY_WRITE, nullptr, &key, nullptr),
+        Check(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE,
+                              nullptr, &key, nullptr),
               "open " + path);
     else if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
         return;
@@ -48,11 +48,13 @@ std::optional<std::vector<std::uint8_t>> RegistryKey::Get(const std::string& nam
                                                           DWORD type) const {
     DWORD size = 0;
     DWORD found = REG_NONE;
-    if (RegQueryValueExA(key_.get(), name.c_str(), nullptr, &found, nullptr, &size) != ERROR_SUCCESS ||
+    if (RegQueryValueExA(key_.get(), name.c_str(), nullptr, &found, nullptr, &size) !=
+            ERROR_SUCCESS ||
         found != type)
         return std::nullopt;
     std::vector<std::uint8_t> data(size);
-    if (RegQueryValueExA(key_.get(), name.c_str(), nullptr, nullptr, data.data(), &size) != ERROR_SUCCESS)
+    if (RegQueryValueExA(key_.get(), name.c_str(), nullptr, nullptr, data.data(), &size) !=
+        ERROR_SUCCESS)
         return std::nullopt;
     data.resize(size);
     return data;
@@ -82,8 +84,8 @@ std::vector<std::string> RegistryKey::ValueNames() const {
     std::string name(kLongestName, '\0');
     for (DWORD index = 0;; ++index) {
         DWORD length = kLongestName;
-        if (RegEnumValueA(key_.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
-            ERROR_SUCCESS)
+        if (RegEnumValueA(key_.get(), index, name.data(), &length, nullptr, nullptr, nullptr,
+                          nullptr) != ERROR_SUCCESS)
             return names;
         names.emplace_back(name, 0, length);
     }

@@ -153,8 +153,7 @@ void CMainDlg::ShowContextMenu() {
     POINT pointer{};
     GetCursorPos(&pointer);
     const CModalCall call(m_hWnd);
-    const OwnedMenu menu(
-        LoadMenuA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(IDR_TRAYMENU)));
+    const OwnedMenu menu(LoadMenuA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(IDR_TRAYMENU)));
     if (!menu) return;
     const OwnedMenu popup(GetSubMenu(menu.get(), 0));
     if (!popup) return;

@@ -25,11 +25,7 @@ bool HasChanged(HANDLE file, const SYSTEMTIME& since) {
 }  // namespace
 
 CFileThread::CFileThread()
-    : m_bFirstPass(0),
-      m_uMessage(0),
-      m_dwThreadId(0),
-      m_dwPollMs(kPollMs),
-      m_hNotifyWnd(nullptr) {}
+    : m_bFirstPass(0), m_uMessage(0), m_dwThreadId(0), m_dwPollMs(kPollMs), m_hNotifyWnd(nullptr) {}
 
 bool CFileThread::Start(LPCSTR path, HWND notifyWindow, UINT message, bool firstPass) {
     return StartThread(ThreadProc, path, notifyWindow, message, firstPass);

@@ -8,8 +8,9 @@ bool CRegThread::Start(HKEY hive, LPCSTR path, HWND notifyWindow, UINT message, 
 unsigned __stdcall CRegThread::ThreadProc(void* self) {
     if (!self) return static_cast<unsigned>(-1);
     auto& watcher = *static_cast<CRegThread*>(self);
-    HlxHandle notifyEvent;
-    while (notifyEvent.reset(CreateEventA(nullptr, FALSE, FALSE, nullptr)), !notifyEvent)
+    const auto create = [] { return CreateEventA(nullptr, FALSE, FALSE, nullptr); };
+    HlxHandle notifyEvent(create());
+    for (; !notifyEvent; notifyEvent.reset(create()))
         if (!watcher.PauseBeforeRetry()) return 0;
     while (watcher.RunPass(notifyEvent.get())) {
     }
