@@ -39,6 +39,7 @@ set_target_properties(expat PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
     EXCLUDE_FROM_ALL FALSE)
 target_link_options(expat PRIVATE -s -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase)
-target_include_directories(expat_headers SYSTEM INTERFACE ${expat_source}/lib)
+set(EXPAT_INCLUDE_DIR ${expat_source}/lib)
+target_include_directories(expat_headers SYSTEM INTERFACE ${EXPAT_INCLUDE_DIR})
 # A target that uses the headers needs the library beside its program.
 add_dependencies(expat_headers expat)

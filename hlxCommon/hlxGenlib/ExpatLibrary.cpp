@@ -8,6 +8,7 @@
 #include <string>
 
 #include "hlxAgentKey.h"
+#include "hlxLog.h"
 #include "hlxOwned.h"
 
 namespace {
@@ -63,7 +64,11 @@ const ExpatFunctions* hlx_expatFunctions() {
     const std::lock_guard guard(TheLock());
     if (g_library) return &g_functions;
     HlxModule library(FindLibrary());
-    if (!library || !BindAll(library.get(), g_functions)) return nullptr;
+    if (!library || !BindAll(library.get(), g_functions)) {
+        hlx_log(hlx_logGetDefault(), 1, HLX_AREA_XML, "hlx_expatFunctions: unable to load %s",
+                kFileName);
+        return nullptr;
+    }
     g_library = library.release();
     return &g_functions;
 }

@@ -20,8 +20,9 @@ struct ExpatFunctions {
     decltype(&XML_SetDefaultHandlerExpand) SetDefaultHandlerExpand;
 };
 
-// Returns the functions, valid until the next unload; null if the library or one of them is
-// missing. Throws std::bad_alloc if it would have to bind them and has no memory for a path.
+// Returns the functions, valid until the next unload; null, and a line in the default log, if the
+// library or one of them is missing. Throws std::bad_alloc if it would have to bind them and has no
+// memory for a path.
 const ExpatFunctions* hlx_expatFunctions();
 
 // Unloads the library, if it is loaded. No parser may be left.
