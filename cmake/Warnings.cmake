@@ -1,8 +1,8 @@
 # The presets make warnings errors. A newer compiler may have more of them: VH_WERROR=OFF lets them pass.
 option(VH_WERROR "Warnings are errors" OFF)
 
-# house_warnings(TARGET): the warnings of this project.
-function(house_warnings target)
+# vh_warnings(TARGET): the warnings of this project.
+function(vh_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion
         $<$<BOOL:${VH_WERROR}>:-Werror>)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -1,4 +1,4 @@
-// The XML parser as a base class, and the scope of its library.
+// The XML parser as a base class, and a class that unloads the parser library.
 #pragma once
 
 #include <climits>
@@ -16,10 +16,10 @@
 //     void OnComment(const char* text);
 //     void OnDefault(const char* data, int length);
 //
-// All strings are UTF-8. The handlers run inside Parse, on its thread, and may throw: nothing
-// unwinds through the parser's own frames, no further handler runs, and Parse throws it again.
-// An object serves one thread at a time. The line numbers given to hlx_guardParser are part of the
-// interface, do not correct.
+// All strings are UTF-8. The handlers run inside Parse, on its thread, and may throw: the exception
+// does not pass through the frames of the parser, no further handler is called, and Parse throws it
+// again. An object serves one thread at a time. The line numbers given to hlx_guardParser are part
+// of the interface, do not correct.
 template <class T>
 class CExpatImpl {
 public:
@@ -28,10 +28,10 @@ public:
     CExpatImpl& operator=(const CExpatImpl&) = delete;
     virtual ~CExpatImpl() { Destroy(); }
 
-    // Makes the parser, in place of a former one, with all handlers on. A null or empty encoding
-    // leaves it to the document, a null or empty separator means no namespace processing. False if
-    // the parser or its library cannot be had; then nothing but Create and Destroy may be called,
-    // nor after a std::bad_alloc, which the search for the library may throw.
+    // Creates the parser with all handlers set, and frees an earlier one. A null or empty encoding
+    // means that of the document, a null or empty separator no namespace processing. Returns false
+    // if the parser or its library is not available; throws std::bad_alloc. After a failure only
+    // Create and Destroy may be called.
     bool Create(const char* encoding, const char* separator) {
         Destroy();
         m_expat = hlx_expatFunctions();
@@ -104,7 +104,7 @@ protected:
 private:
     static const char* NullIfEmpty(const char* text) { return text && *text ? text : nullptr; }
 
-    // Calls a handler of the derived class, and holds what it throws.
+    // Calls a handler of the derived class, and stores its exception.
     template <class Handler>
     static void Route(void* user, Handler handler) {
         auto* const self = static_cast<CExpatImpl*>(user);
@@ -132,12 +132,12 @@ private:
         Route(user, [=](T& target) { target.OnDefault(data, length); });
     }
 
-    const ExpatFunctions* m_expat = nullptr;  // where m_p comes from
-    std::exception_ptr m_thrown;              // what a handler threw, until Parse throws it again
+    const ExpatFunctions* m_expat = nullptr;  // the library of m_p
+    std::exception_ptr m_thrown;              // thrown by a handler; Parse throws it again
 };
 
-// Keeps the parser's library in memory no longer than itself: the library comes in with the first
-// parser, and goes when the scope ends. Every parser has to be destroyed before.
+// Unloads the parser library, which the first parser loads, when it is destroyed. All parsers must
+// have been destroyed before.
 class CHlxExpatWrapper {
 public:
     CHlxExpatWrapper() = default;

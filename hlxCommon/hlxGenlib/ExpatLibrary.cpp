@@ -40,7 +40,7 @@ HMODULE FindLibrary() {
 
 template <class Function>
 bool Bind(HMODULE library, const char* name, Function& function) {
-    using AnyFunction = void (*)();  // the type from which a compiler lets every other one be made
+    using AnyFunction = void (*)();  // a cast from this type gives no warning
     function =
         reinterpret_cast<Function>(reinterpret_cast<AnyFunction>(GetProcAddress(library, name)));
     return function != nullptr;

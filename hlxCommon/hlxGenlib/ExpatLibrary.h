@@ -1,8 +1,7 @@
-// The XML parser's library in memory: bound on demand, given back when asked.
+// Loads and unloads the library of the XML parser.
 //
-// The functions are bound together at the first use after a start or an unload, from LIBEXPAT.dll
-// where the platform's search finds it, else from the agent's directory. Any thread may call; a
-// lock guards loading and unloading.
+// All functions are bound at the first use after the start or an unload. LIBEXPAT.dll is searched
+// for by LoadLibrary, then in the agent's directory. Any thread may call.
 #pragma once
 
 #include <expat.h>

@@ -1,4 +1,4 @@
-// What the agent's registry key says (HLX_AGENT_KEY in hlxInterface.h).
+// Reads the agent's registry key (HLX_AGENT_KEY in hlxInterface.h).
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include <string>
 
 // Returns the path of a file in the agent's directory. Without a directory, or with one of 2048
-// bytes and more, it is the bare file name. References to the environment are not expanded. Throws
+// bytes and more, it is the bare file name. Environment references are not expanded. Throws
 // std::bad_alloc.
 std::string hlx_agentFile(const char* fileName);
 

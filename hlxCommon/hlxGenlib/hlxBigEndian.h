@@ -1,4 +1,4 @@
-// Numbers as they are on the wire and in records: big-endian, at any alignment.
+// Loads and stores the big-endian numbers of frames and records, at any alignment.
 #pragma once
 
 #include <cstdint>

@@ -23,7 +23,7 @@ constexpr int kSendBufferSize = 20000;  // bytes
 constexpr int kSendAttempts = 100;      // of a datagram that would block or was interrupted
 constexpr DWORD kTcpLingerTime = 1000;  // milliseconds between the frame and the end of sending
 
-// A frame in memory; empty if there was none for it.
+// A frame in memory; empty if there is not enough memory.
 class Frame {
 public:
     Frame(std::uint32_t command, const std::uint8_t* payload, std::uint32_t length) {
@@ -49,7 +49,7 @@ const sockaddr* Generic(const sockaddr_in& address) {
     return reinterpret_cast<const sockaddr*>(&address);
 }
 
-// Under the numbers of the C library as well as under those of the sockets.
+// The number can be that of the C library or that of the sockets.
 bool IsWorthRepeating(int error) {
     return error == WSAEWOULDBLOCK || error == WSAEINTR || error == EAGAIN || error == EINTR;
 }
@@ -89,7 +89,7 @@ HlxResult SendStream(std::uint16_t port, const Frame& frame, std::int32_t& error
     return HLX_SOCKET_FAILED;
 }
 
-// Makes the frame and has `transport` send it.
+// Builds the frame and sends it with `transport`.
 HlxResult SendFrame(HlxResult (*transport)(std::uint16_t, const Frame&, std::int32_t&),
                     std::uint16_t port, std::uint32_t command, const std::uint8_t* payload,
                     std::uint32_t length, std::int32_t* error) {
@@ -102,7 +102,7 @@ HlxResult SendFrame(HlxResult (*transport)(std::uint16_t, const Frame&, std::int
     return result;
 }
 
-// What the public operations have in common: their result is the socket error alone.
+// The common part of the public operations, whose result is only the socket error.
 std::int32_t Send(HlxCommand command, const void* payload, std::uint32_t length) {
     std::int32_t error = 0;
     hlx_sendCommand(HLX_UDP_PORT, command, static_cast<const std::uint8_t*>(payload), length,
@@ -153,7 +153,7 @@ std::int32_t hlx_sendRecord9(const void* record) {
 }
 
 std::int32_t hlx_sendText(const char* text) {
-    // A text too long for the length's 32 bits is one that no frame can hold.
+    // No frame can hold a text whose length exceeds 32 bits.
     const std::size_t size = std::min<std::size_t>(std::strlen(text) + 1, UINT32_MAX);
     return Send(HLX_COMMAND_TEXT, text, static_cast<std::uint32_t>(size));
 }

@@ -2,11 +2,11 @@
 //
 // A frame is a big-endian command number, the big-endian length of the payload and the payload. It
 // goes to 127.0.0.1 as one UDP datagram, or over a TCP connection of its own if the agent's
-// registry value UseTCP is 1. Nothing comes back: a result of 0 says that the local sockets took
-// the frame.
+// registry value UseTCP is 1. There is no reply: a result of 0 means that the local sockets
+// accepted the frame.
 //
 // The process must have initialised its sockets (WSAStartup). Any thread may send; the call blocks,
-// on TCP for a second and the time of a connect.
+// by TCP for one second longer than the connection takes.
 #pragma once
 
 #include <atomic>

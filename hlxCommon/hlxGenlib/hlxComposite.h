@@ -1,5 +1,5 @@
-// The composite message, the payload of command 3: two blobs and perhaps a third behind a header of
-// big-endian numbers.
+// The composite message, the payload of command 3: a header of big-endian numbers, two blobs and an
+// optional third one.
 //
 //     offset  size
 //          0     4   length of blob 1
@@ -19,22 +19,21 @@ constexpr std::uint32_t HLX_COMPOSITE_HEADER_SIZE = 20;
 // Returns the message in a new block of `*size` bytes, to be released with free, and stores 0 in
 // `*error`. Returns null, with 1 in `*error` if it is there, if blob 1 or 2 is empty, an
 // out-parameter is missing or there is no memory. Blob 3 is left out if its length is 0 or its
-// pointer null; its length counts for the size all the same (part of the interface, do not
-// correct).
+// pointer null; its length is still included in the size (part of the interface, do not correct).
 std::uint8_t* hlx_buildComposite(std::uint32_t length1, const std::uint8_t* blob1,
                                  std::uint32_t length2, const std::uint8_t* blob2,
                                  std::uint32_t length3, const std::uint8_t* blob3,
                                  std::uint32_t* size, std::int32_t* error);
 
-// Finds the blobs of a message of `size` bytes from anywhere: pointers into the message, null for a
-// blob 3 that is not there. The out-parameters of blob 3 may be null. Returns 0; or HLX_REFUSED,
-// with nothing returned, if another pointer is null or a blob does not lie within the message.
+// Finds the blobs of an untrusted message of `size` bytes: pointers into the message, null for a
+// missing blob 3. The out-parameters of blob 3 may be null. Returns 0; or HLX_REFUSED, with nothing
+// returned, if another pointer is null or a blob does not lie within the message.
 HlxResult hlx_parseCompositeChecked(const std::uint8_t* message, std::uint32_t size,
                                     std::uint32_t* length1, const std::uint8_t** blob1,
                                     std::uint32_t* length2, const std::uint8_t** blob2,
                                     std::uint32_t* length3, const std::uint8_t** blob3);
 
-// The same for a message that is known to be sound: what it says of its blobs is not checked.
+// The same for a message that is known to be valid: its lengths and offsets are not checked.
 HlxResult hlx_parseComposite(const std::uint8_t* message, std::uint32_t* length1,
                              const std::uint8_t** blob1, std::uint32_t* length2,
                              const std::uint8_t** blob2, std::uint32_t* length3,

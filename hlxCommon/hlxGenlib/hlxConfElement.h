@@ -1,4 +1,4 @@
-// An XML element: its tag, the text that was gathered for it, and its attributes.
+// An XML element: its tag, its text and its attributes.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ public:
     // A null leaves that string empty.
     explicit hlxConfElement(const char* tag = nullptr, const char* text = nullptr);
 
-    // Copies are deep. A copy's cursor is at its own end.
+    // Copies are deep. The cursor of a copy is at its end.
     hlxConfElement(const hlxConfElement& other);
     hlxConfElement& operator=(const hlxConfElement& other);
     hlxConfElement(hlxConfElement&&) = default;
@@ -23,8 +23,8 @@ public:
     void AddAttribute(const hlxConfAttribute& attribute) { m_attributes.push_back(attribute); }
     void AppendText(char c) { m_text += c; }
 
-    // The lookups copy into `attribute` and return true, or leave it alone and return false. They
-    // share the cursor: Next goes on from what any of them found last. Names compare with case.
+    // The lookups copy into `attribute` and return true, or return false and do not change it. They
+    // share the cursor: Next continues after the last item found. Names are case-sensitive.
     bool GetFirstAttribute(hlxConfAttribute& attribute);
     bool GetNextAttribute(hlxConfAttribute& attribute);
     bool FindAttribute(const char* name, hlxConfAttribute& attribute);

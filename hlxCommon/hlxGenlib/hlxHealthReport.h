@@ -13,8 +13,8 @@ struct HealthReport {
     HealthReport& operator=(const HealthReport&) = delete;
 
     // Reads the document `text`, NUL-terminated and never null; to be called once. The result is
-    // that of hlx_parseHealthResult (hlxHealthResult.h), which describes the fields too. What the
-    // document does not hold stays zero.
+    // that of hlx_parseHealthResult (hlxHealthResult.h), which describes the fields too. Fields
+    // that the document does not have stay zero.
     HlxResult Read(const char* text);
 
     std::uint32_t autoInstall = 0;

@@ -28,8 +28,7 @@ std::uint32_t StateOf(const std::string& text) {
     return HLX_HEALTH_UNKNOWN;
 }
 
-// The lookups of the tree and its elements, without a copy of what they find; null if there is
-// none.
+// The same lookups as those of the tree and its elements, but without a copy. Null: not found.
 const hlxConfElement* Find(const hlxParseConf& tree, const char* tag) {
     const auto found = std::ranges::find(tree.m_elements, tag, &hlxConfElement::m_tag);
     return found == tree.m_elements.end() ? nullptr : &*found;
@@ -40,7 +39,7 @@ const std::string* Find(const hlxConfElement& element, const char* name) {
     return found == element.m_attributes.end() ? nullptr : &found->m_value;
 }
 
-// Hands out what `valueOf` makes of the text of the element with this tag.
+// Stores `valueOf` of the text of the element with this tag.
 void ReadValue(const hlxParseConf& tree, const char* tag,
                std::uint32_t (*valueOf)(const std::string&), std::uint32_t* value) {
     const hlxConfElement* const element = Find(tree, tag);
@@ -67,8 +66,8 @@ void ReadBrowser(const hlxParseConf& tree, char** url, std::uint32_t* popup) {
     if (url && value) *url = hlxstrdup(value->c_str());
 }
 
-// Cuts the next token between hyphens off `rest`, without white space at its start; null if there
-// is none left.
+// Removes the next token between hyphens from `rest` and returns it without leading white space;
+// null if there is none.
 char* NextAddress(char*& rest) {
     rest += std::strspn(rest, "-");
     if (!*rest) return nullptr;
@@ -79,7 +78,7 @@ char* NextAddress(char*& rest) {
     return token;
 }
 
-// Cuts `text` up.
+// Modifies `text`.
 void ReadRange(std::string& text, std::uint32_t* pair) {
     char* rest = text.data();
     const char* const first = NextAddress(rest);

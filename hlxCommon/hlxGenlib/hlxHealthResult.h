@@ -20,9 +20,9 @@ enum HlxHealthState : std::uint32_t {
 
 // Parses the document `text`, NUL-terminated and never null, and returns its values.
 //
-// Any out-parameter may be null. What the document does not hold leaves its out-parameter alone, so
-// the caller sets all of them to zero before. Only the first element of each name counts, wherever
-// it is; `RestrictIP` may repeat, each right behind the other.
+// Any out-parameter may be null. The out-parameter of a missing element is not changed, so the
+// caller sets all of them to zero first. Only the first element of each name counts, wherever it
+// is; adjacent `RestrictIP` elements all count.
 //
 //     autoInstall, enabled, displayHealthIcon    0 or 1
 //     healthState                                an HlxHealthState
@@ -33,14 +33,14 @@ enum HlxHealthState : std::uint32_t {
 //                                                first and last address of each range in turn, in
 //                                                network byte order, both 0 for an unusable range
 //
-// The texts and the array are new guarded blocks, which belong to the caller from then on whatever
-// the result, and go back through hlxfree. Without memory for the message, the url or the addresses
+// The texts and the array are new guarded blocks, which the caller owns whatever the result is and
+// releases with hlxfree. If there is not enough memory for the message, the url or the addresses,
 // null is returned.
 //
-// Codes: 0, also for a document that holds none of this; HLX_NO_MEMORY if there was none for the
-// raw result; HLX_NOT_PARSED with nothing returned, also if the parser is not available;
-// HLX_EXCEPTION, with what was returned until then. Throws nothing. Any thread may call as long
-// as no other one unloads the parser's library, which all share (CHlxExpatWrapper in ExpatImpl.h).
+// Codes: 0, also for a document without these elements; HLX_NO_MEMORY if there is not enough memory
+// for the raw result; HLX_NOT_PARSED with nothing returned, also if the parser is not available;
+// HLX_EXCEPTION, with some values possibly returned. Throws nothing. Any thread may call as long as
+// no other one unloads the parser's library, which all share (CHlxExpatWrapper in ExpatImpl.h).
 HlxResult hlx_parseHealthResult(const char* text, std::uint32_t* autoInstall,
                                 std::uint32_t* enabled, std::uint32_t* healthState,
                                 std::uint32_t* displayHealthIcon, char** rawResult, char** message,

@@ -1,15 +1,15 @@
-// The three lookups that elements and attributes share: a walk through a sequence with a cursor
-// that the caller can go on from. The sequence and the cursor belong to the caller.
+// The three lookups that elements and attributes share. A cursor stores where the next lookup
+// continues. The caller owns the sequence and the cursor.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-// A cursor is an index, so that it survives appends; this one is behind the last item.
+// A cursor is an index, so that it survives appends; this value is the end.
 constexpr std::size_t HLX_CURSOR_AT_END = SIZE_MAX;
 
-// Copies the first item that `matches`, from `start` on, and leaves the cursor on it; false with
-// the cursor at the end and the target untouched if there is none.
+// Copies the first item that `matches`, from `start` on, and sets the cursor to it. If there is
+// none, returns false, sets the cursor to the end and does not change the target.
 template <class Items, class Matches>
 bool hlx_findFrom(const Items& items, std::size_t start, Matches matches, std::size_t& cursor,
                   typename Items::value_type& target) {

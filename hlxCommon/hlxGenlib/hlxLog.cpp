@@ -28,7 +28,7 @@ char* CopyOf(const char* text) {
     return copy ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
 }
 
-// Overwrites and releases, so that a late user finds nothing to use.
+// Clears the block before its release, so that a use after it finds null pointers.
 void WipeAndFree(void* block, std::size_t size) {
     if (!block) return;
     volatile char* bytes = static_cast<volatile char*>(block);
@@ -36,7 +36,7 @@ void WipeAndFree(void* block, std::size_t size) {
     std::free(block);
 }
 
-// A line under construction: what does not fit is cut.
+// Builds a line, which is truncated at the end of the buffer.
 class Line {
 public:
     Line() { m_text[0] = 0; }
@@ -48,7 +48,7 @@ public:
         m_text[m_length] = 0;
     }
 
-    // Filled up at the left to at least `width` characters, 10 at most.
+    // Pads the number at the left to `width` characters, 10 at most.
     void AppendNumber(std::uint32_t number, int width, char fill) {
         char digits[10];
         char* const end = std::end(digits);
@@ -74,7 +74,7 @@ private:
     std::size_t m_length = 0;
 };
 
-// A part of a date or a time behind `separator`.
+// Appends `separator` and a part of a date or a time.
 void AppendPart(Line& line, std::string_view separator, WORD number) {
     line.Append(separator);
     line.AppendNumber(number, 2, '0');

@@ -1,7 +1,7 @@
 // The trace log of the common code.
 //
-// A host makes a context, gives it sinks and installs it as the default; every statement of the
-// common code goes there. While there is no default context a statement does nothing at all.
+// A host creates a context, adds sinks and installs it as the default; all statements of the common
+// code go to it. Without a default context a statement has no effect.
 //
 //     std::int32_t level = 1;
 //     std::uint32_t mask = HLX_AREA_INTEGRITY;
@@ -18,9 +18,9 @@
 //     hlx_logSetDefault(nullptr);
 //     hlx_logDestroy(log);
 //
-// Any thread may write statements, without a lock: a line is formed on the stack of its thread and
-// goes to each sink in one piece. The host makes the context and its sinks before other threads
-// start, rotates and destroys while no other thread writes.
+// Any thread may write statements, without a lock: a line is formatted on the stack of its thread
+// and written to each sink in one call. The host creates the context and its sinks before other
+// threads start, and rotates and destroys them while no other thread writes.
 #pragma once
 
 #include <atomic>
@@ -30,8 +30,8 @@
 
 #include "hlxResult.h"
 
-struct HlxLogSink;     // what a sink keeps while it is open; its own
-struct HlxLogSinkOps;  // the operations of a kind of sink; the library's own
+struct HlxLogSink;     // the state of an open sink; opaque
+struct HlxLogSinkOps;  // the operations of a kind of sink; opaque
 
 // Options of a context: what a line begins with, in this order, and how files are opened.
 enum HlxLogOption : std::uint32_t {
@@ -40,7 +40,7 @@ enum HlxLogOption : std::uint32_t {
     HLX_LOG_LINE_NUMBER = 0x04,  // lines formed before this one, six wide
     HLX_LOG_DATE = 0x01,         // "2026-11-18 ", local
     HLX_LOG_TIME = 0x02,         // "06:15:08 ", local
-    HLX_LOG_TRUNCATE = 0x10000   // a file sink empties its file instead of adding to it
+    HLX_LOG_TRUNCATE = 0x10000   // a file sink truncates its file instead of appending to it
 };
 
 // Mask bits: which area of the common code a statement belongs to.
@@ -74,16 +74,16 @@ struct HlxLogContext {
     HlxLogSlot* slots;
     std::int32_t slot_count;
     std::int32_t level;  // the highest level that passes; a lower number is more severe
-    std::uint32_t mask;  // bits that a statement's mask has to meet
+    std::uint32_t mask;  // a statement passes if its mask has one of these bits
     char* progname;      // null if none was given
     std::uint32_t pid;
     std::uint32_t line_count;  // counted by any thread, through std::atomic_ref
     std::uint32_t flags;       // HlxLogOption bits
 };
 
-// Makes a context of level 1 and mask HLX_AREA_INTEGRITY, without sinks but with room for
+// Creates a context of level 1 and mask HLX_AREA_INTEGRITY, without sinks but with room for
 // `slotCount` of them, 3 at least. `progname` may be null. Codes: 0, HLX_REFUSED without `context`,
-// HLX_NO_MEMORY. The caller gives the context to hlx_logDestroy in the end.
+// HLX_NO_MEMORY. The caller releases the context with hlx_logDestroy.
 HlxResult hlx_logCreate(HlxLogContext** context, const char* progname, std::int32_t slotCount,
                         std::uint32_t flags);
 
@@ -91,13 +91,13 @@ HlxResult hlx_logCreate(HlxLogContext** context, const char* progname, std::int3
 void hlx_logDestroy(HlxLogContext* context);
 
 // Opens a sink, which stays until the context is destroyed. A file of 200 MiB or more is rotated
-// first: it becomes the file of the same name with ".rotate" behind it, in place of an older one.
-// Codes: 0; HLX_REFUSED for a null context, an unknown type or a null path; HLX_NO_SLOTS;
+// first: it is renamed, with ".rotate" appended to its name, and replaces an older file of that
+// name. Codes: 0; HLX_REFUSED for a null context, an unknown type or a null path; HLX_NO_SLOTS;
 // HLX_NO_MEMORY also when no slot is free; HLX_NOT_OPENED.
 HlxResult hlx_logAddSink(HlxLogContext* context, std::int32_t type, const void* argument);
 
 // Rotates the file sinks of a running log whose file has grown beyond 200 MiB; `path` is the path
-// they were opened with. A file that cannot be opened afresh leaves the log. Returns 1 if a file
+// they were opened with. A sink whose file cannot be opened again is removed. Returns 1 if a file
 // was rotated, else 0. The library never calls it by itself.
 std::int32_t hlx_logRotate(HlxLogContext* context, const char* path);
 
@@ -110,15 +110,15 @@ std::uint32_t hlx_logGetMask(const HlxLogContext* context);
 // Returns the level, or HLX_MAXIMUM_LOG_LEVEL if it is above that or negative.
 std::int32_t hlx_logClampLevel(std::int32_t level);
 
-// Reads the host's settings from the environment variables `prefix` + "_TRACE_PATH",
-// "_TRACE_LEVEL" (clamped) and "_TRACE_MASK"; a null or empty prefix means "HLX_DAEMON". Numbers
-// are decimal, 0x hexadecimal or 0 octal, and 0 if they are none. What is unset or empty leaves the
-// caller's value alone; null pointers are not wanted. Nothing is applied to a context.
+// Reads the host's settings from the environment variables `prefix` + "_TRACE_PATH", "_TRACE_LEVEL"
+// (clamped) and "_TRACE_MASK"; a null or empty prefix means "HLX_DAEMON". Numbers are decimal, 0x
+// hexadecimal or 0 octal, and 0 if they are invalid. A variable that is unset or empty does not
+// change the value of the caller. The pointers must not be null. No context is changed.
 void hlx_logReadEnv(const char* prefix, std::int32_t* level, std::uint32_t* mask,
                     std::string& path);
 
 // Whether the context writes statements of this level and mask: there is a context, `level` is not
-// above its level, and `mask` meets its mask.
+// above its level, and `mask` and its mask have a bit in common.
 inline bool hlx_logPasses(const HlxLogContext* context, std::int32_t level, std::uint32_t mask) {
     if (context && level <= context->level && (context->mask & mask) != 0) [[unlikely]]
         return true;
@@ -126,7 +126,7 @@ inline bool hlx_logPasses(const HlxLogContext* context, std::int32_t level, std:
 }
 
 // Writes a line, formatted as by printf, to every sink of the context if hlx_logPasses; otherwise
-// nothing is done at all. The line is cut at HLX_LONGEST_LOG_LINE bytes, its prefix included.
+// does nothing. The line is truncated to HLX_LONGEST_LOG_LINE bytes, including its prefix.
 void hlx_log(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
              ...) __attribute__((format(printf, 4, 5)));
 void hlx_logV(HlxLogContext* context, std::int32_t level, std::uint32_t mask, const char* format,
@@ -138,8 +138,8 @@ void hlx_logV(HlxLogContext* context, std::int32_t level, std::uint32_t mask, co
     (hlx_logPasses(context, level, mask) ? hlx_log(context, level, mask, __VA_ARGS__) : void())
 
 // The context of the common code's statements, null at the start of the process. Setting another
-// does not touch the former one, which stays its maker's.
-extern std::atomic<HlxLogContext*> g_hlxLogDefault;  // through the two functions only
+// one does not release the previous one.
+extern std::atomic<HlxLogContext*> g_hlxLogDefault;  // use only the two functions
 inline HlxLogContext* hlx_logGetDefault() {
     return g_hlxLogDefault.load(std::memory_order_acquire);
 }

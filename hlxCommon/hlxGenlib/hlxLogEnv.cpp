@@ -38,6 +38,6 @@ void hlx_logReadEnv(const char* prefix, std::int32_t* level, std::uint32_t* mask
     try {
         ReadEnv(prefix && *prefix ? prefix : "HLX_DAEMON", level, mask, path);
     } catch (const std::bad_alloc&) {
-        // What could not be read keeps the caller's value, like a variable that is not set.
+        // A variable that cannot be read does not change the value, as one that is not set.
     }
 }

@@ -26,8 +26,8 @@ off_t SizeOf(std::FILE* file) { return fseeko(file, 0, SEEK_END) == 0 ? ftello(f
 
 enum class Rotation { kDone, kSkipped, kNotOpened };
 
-// Makes the sink's file the older one and opens a new one at `path`. Without memory for the older
-// name nothing happens. A failing close is no reason to lose the log, but leaves no stream to use.
+// Renames the sink's file and opens a new one at `path`. Without memory for the new name nothing is
+// changed. If the close fails, the file keeps its name, and the sink has no stream.
 Rotation Rotate(HlxLogSink& sink, const char* path, const char* mode) {
     constexpr char kSuffix[] = ".rotate";
     const std::size_t length = std::strlen(path);

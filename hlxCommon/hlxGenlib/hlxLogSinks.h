@@ -1,4 +1,4 @@
-// The kinds of sink that a log context can hold. For the log's own use.
+// The kinds of sink that a log context can hold. Internal to the log.
 #pragma once
 
 #include <cstdint>
@@ -6,15 +6,16 @@
 #include "hlxLog.h"
 
 struct HlxLogSink {
-    void* handle;         // the FILE, or the event source; null when there is none to write to
+    void* handle;         // the FILE, or the event source; null: lines are not written
     std::uint32_t flags;  // kSinkBorrowsStream or 0
 };
 
-constexpr std::uint32_t kSinkBorrowsStream = 0x20000;  // the stream is not the sink's to close
+constexpr std::uint32_t kSinkBorrowsStream = 0x20000;  // the sink does not close the stream
 
 struct HlxLogSinkOps {
     std::int32_t type;
-    // `argument` is that of hlx_logAddSink, `flags` are the context's. Hands out a new sink.
+    // `argument` is that of hlx_logAddSink, `flags` are the context's. Returns a new sink in
+    // `sink`.
     HlxResult (*open)(const char* progname, std::int32_t reserved, const void* argument,
                       std::uint32_t flags, HlxLogSink** sink);
     HlxResult (*close)(HlxLogSink* sink);
@@ -24,7 +25,7 @@ struct HlxLogSinkOps {
 // The operations of a kind of sink, or null if there is no such kind.
 const HlxLogSinkOps* hlx_logSinkOps(std::int32_t type);
 
-// Makes a sink without a handle; null if there is no memory.
+// Creates a sink without a handle; null if there is no memory.
 HlxLogSink* hlx_logNewSink(std::uint32_t flags);
 
 // Open of a file sink; close and write of a sink over a stream.

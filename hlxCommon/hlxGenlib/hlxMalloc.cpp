@@ -34,7 +34,7 @@ unsigned long Address(const void* pointer) {
     return static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(pointer));
 }
 
-// Takes one off the blocks outstanding; false if there are none.
+// Decrements the number of allocated blocks; false if it is 0.
 bool CountRelease() {
     std::int32_t outstanding = g_mf_sem;
     while (outstanding > 0)

@@ -1,18 +1,18 @@
-// Guarded allocation: blocks between two guard zones, counted, and refused at their release when a
-// zone is damaged.
+// Guarded allocation: blocks between two guard zones, with counters. A block with a damaged zone is
+// not released.
 //
-// What the library returns to a caller as "a guarded block" comes from here and goes back here.
-// Any thread may call; the messages go to the default log context (hlxLog.h).
+// "A guarded block" that the library returns is released with hlxfree. Any thread may call; the
+// messages go to the default log context (hlxLog.h).
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 
 // The counters of the process, 0 at its start and never reset.
-extern std::atomic<std::int32_t> g_mf_sem;             // blocks outstanding, never below 0
+extern std::atomic<std::int32_t> g_mf_sem;             // blocks allocated now, never below 0
 extern std::atomic<std::uint32_t> g_mf_total_malloc;   // allocations made
 extern std::atomic<std::uint32_t> g_mf_total_free;     // releases made
-extern std::atomic<std::uint32_t> g_mf_failed_malloc;  // allocations refused for want of memory
+extern std::atomic<std::uint32_t> g_mf_failed_malloc;  // allocations that failed for lack of memory
 extern std::atomic<std::uint32_t> g_mf_zero_malloc;    // requests for 0 bytes
 extern std::atomic<std::uint32_t> g_mf_zero_free;      // releases of a null pointer
 

@@ -9,7 +9,7 @@
 //     if (tree.Create("UTF-8", nullptr) && tree.Parse(text, -1, true) &&
 //         tree.FindElement("Enabled", element)) ...
 //
-// An object is used by one thread. Memory running out is thrown as std::bad_alloc.
+// One thread at a time may use an object. Throws std::bad_alloc.
 #pragma once
 
 #include <vector>
@@ -19,12 +19,12 @@
 
 class hlxParseConf : public CExpatImpl<hlxParseConf> {
 public:
-    // Makes no parser; see CExpatImpl::Create. `source` may be null.
+    // Creates no parser; see CExpatImpl::Create. `source` may be null.
     explicit hlxParseConf(const char* source = nullptr);
     ~hlxParseConf() override = default;
 
-    // The lookups copy into `element` and return true, or leave it alone and return false. They
-    // share the cursor: Next goes on from what any of them found last. Tags compare with case.
+    // The lookups copy into `element` and return true, or return false and do not change it. They
+    // share the cursor: Next continues after the last item found. Tags are case-sensitive.
     bool GetFirstElement(hlxConfElement& element);
     bool GetNextElement(hlxConfElement& element);
     bool FindElement(const char* tag, hlxConfElement& element);

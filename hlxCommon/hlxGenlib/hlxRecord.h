@@ -24,7 +24,7 @@
 
 #include "hlxResult.h"
 
-constexpr std::uint32_t HLX_LONGEST_RECORD = 65535;  // bytes, the most that the size field can tell
+constexpr std::uint32_t HLX_LONGEST_RECORD = 65535;  // bytes, the maximum of the size field
 
 // Returns the record in a new block of `*size` bytes, to be released with free, and stores 0 in
 // `*error`, which is never null. Returns null and stores 1 if the type is not 0 to 255, a blob or
@@ -38,11 +38,11 @@ std::uint8_t* hlx_encodeRecord(std::int32_t type, std::uint32_t value1, std::uin
                                const std::uint32_t* ints, std::uint32_t* size,
                                std::uint32_t* error);
 
-// Reads a record of `size` bytes from anywhere. The lengths of the blobs are not returned; they
-// are in the header. The blobs are returned as copies with a zero byte
-// added and the integers in the machine's order, each in a block of its own to be released with
-// free; null for an empty one. The out-parameters of the blobs and the integers must be given. A
-// record of type 0 leaves the numbers alone.
+// Reads an untrusted record of `size` bytes. The lengths of the blobs are not returned; they are in
+// the header. The blobs are returned as copies with a zero byte added and the integers in the
+// machine's order, each in a block of its own to be released with free; null for an empty one. The
+// out-parameters of the blobs and the integers must be given. A record of type 0 does not change
+// the numbers.
 //
 // Returns 0, or HLX_REFUSED with no block returned:
 //   - if another out-parameter is null; nothing is written;

@@ -17,8 +17,8 @@ public:
     operator HKEY() const { return m_hKey.get(); }
 
     // A text value of at most `capacity` bytes with its terminator; null names the default value.
-    // Empty if the key is not open or the value is missing, longer, or no text. References to the
-    // environment stay as they are.
+    // Empty if the key is not open or the value is missing, longer, or no text. Environment
+    // references are not expanded.
     std::string ReadText(LPCSTR name, DWORD capacity) const;
 
 private:

@@ -1,4 +1,4 @@
-// A socket with an owner, and the address that the daemon listens at.
+// An owner for a socket, and the address at which the daemon listens.
 #pragma once
 
 #include <winsock2.h>

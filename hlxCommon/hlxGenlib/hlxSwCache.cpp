@@ -50,7 +50,7 @@ void ReadField(Bytes& bytes, std::string_view delimiters, char* field, std::uint
         field += ahead.copy(field, count);
         room -= count;
         const bool isBehindBlock = count == ahead.size();
-        // The byte that ends the field goes too: a delimiter, or one that no longer fits.
+        // Skips the byte that ends the field, too: a delimiter, or a byte that does not fit.
         bytes.Skip(isBehindBlock ? count : count + 1);
         if (!isBehindBlock) break;
     }

@@ -11,15 +11,15 @@
 #include "hlxResult.h"
 
 // Reads the file at `path` into four buffers of the given sizes in bytes, terminating zero
-// included. A file that ends early leaves the fields behind its end empty. A field too long for its
-// buffer is cut: the byte that no longer fits is lost, and the rest begins the next field. Codes:
+// included. Fields behind the end of the file are empty. A field that is too long for its buffer is
+// truncated: the first byte that does not fit is lost, and the next field begins after it. Codes:
 // 0; HLX_REFUSED if a buffer is null or a size 0; HLX_NO_FILE.
 std::uint32_t hlx_getSwCache(const char* path, char* name, std::uint32_t nameSize, char* version,
                              std::uint32_t versionSize, char* third, std::uint32_t thirdSize,
                              char* fourth, std::uint32_t fourthSize);
 
-// Writes the file, in place of an older one; readable by all, writable by its owner. Whether the
-// text reached the disk is not told. Codes: 0, HLX_NO_FILE.
+// Writes the file and replaces an older one; all may read it, its owner may write it. Errors after
+// the opening are not reported. Codes: 0, HLX_NO_FILE.
 std::uint32_t hlx_setSwCache(const char* path, const char* name, const char* version,
                              const char* third, const char* fourth);
 

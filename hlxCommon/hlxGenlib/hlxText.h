@@ -1,10 +1,10 @@
-// Comparisons of byte strings, the same in every locale.
+// Comparison of byte strings, independent of the locale.
 #pragma once
 
 #include <algorithm>
 #include <string_view>
 
-// Whether both have the same bytes, the letters A to Z taken as a to z.
+// Whether both strings are equal. The case of the letters A to Z is ignored.
 inline bool hlx_sameIgnoringCase(std::string_view left, std::string_view right) {
     const auto lower = [](char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

@@ -222,7 +222,7 @@ std::string VerbsText() {
 }
 
 std::string HelpText() {
-    return "agent_sim is a stand-in for the agent daemon, to try the tray applet without it.\n"
+    return "agent_sim simulates the agent daemon, to try the tray applet without it.\n"
            "\n"
            "Usage: agent_sim [LOG OPTIONS] COMMAND [WORDS AND OPTIONS]\n"
            "\n"

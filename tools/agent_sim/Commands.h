@@ -1,4 +1,4 @@
-// The commands of the stand-in, given on its command line or while it listens.
+// The commands of agent_sim, on its command line or while it listens.
 #pragma once
 
 #include <functional>

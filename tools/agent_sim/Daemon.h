@@ -1,4 +1,4 @@
-// The listening stand-in: shows the frames that arrive, answers them by the plan, and carries out
+// The listening agent_sim: shows the frames that arrive, answers them by the plan, and carries out
 // commands.
 #pragma once
 

@@ -1,5 +1,5 @@
-// The stand-in as a host of the trace log. Its whole output are log statements, written to the
-// console and optionally to a file. The statements of the common library go to the same sinks.
+// agent_sim as a host of the trace log. All of its output is log statements, written to the console
+// and optionally to a file. The statements of the common library go to the same sinks.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// agent_sim: a stand-in for the agent daemon. Commands.cpp has its commands.
+// agent_sim simulates the agent daemon. Commands.cpp has its commands.
 #include <cstdio>
 #include <exception>
 #include <string>

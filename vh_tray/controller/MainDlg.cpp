@@ -25,8 +25,8 @@ Watcher* StartWatcher(HWND window, CRegisteredMessage& message, bool firstPass, 
 }
 
 // Stops the watcher, if there is one. A watcher whose thread does not end is not deleted: the
-// thread uses it. Tried twice, because a failed SetEvent or a failed wait tells nothing of the
-// thread.
+// thread uses it. Tried twice, because a failed SetEvent or a failed wait does not show whether the
+// thread has ended.
 template <class Watcher>
 void StopOrForget(Watcher*& watcher) {
     if (watcher && !watcher->Stop(kStopMs) && !watcher->Stop(kStopMs)) watcher = nullptr;

@@ -21,7 +21,7 @@ enum class SortKind : WORD {
     None = 0,
     Text = 1,
     TextNoCase = 2,
-    Custom = 9,  // by what the row's record holds
+    Custom = 9,  // by the record of the row
 };
 
 // One row, as the comparison uses it. It exists during a sort only.

@@ -14,7 +14,7 @@
 
 namespace {
 
-// Raised and caught in this file.
+// Thrown and caught in this file.
 constexpr std::uint32_t kTooFewNumbers = 11;
 constexpr std::uint32_t kUnreadable = 13;
 

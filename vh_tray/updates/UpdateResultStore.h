@@ -30,8 +30,8 @@ bool IsWithinResultWindow(const FILETIME& later, const FILETIME& earlier);
 
 // Enumerates the records of an open key, in the order of the registry.
 //
-// Values with other than 12 bytes of data are skipped. The two functions differ in what else they
-// skip and in what ends the enumeration.
+// Skips values whose data has not 12 bytes. The two functions differ in what else they skip and in
+// what ends the enumeration.
 class CRecordWalk {
 public:
     explicit CRecordWalk(HKEY key) : m_hKey(key) {}

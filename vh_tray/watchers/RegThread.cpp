@@ -17,7 +17,7 @@ unsigned __stdcall CRegThread::ThreadProc(void* self) {
     return 0;
 }
 
-// Pauses after an event, a key or a notification could not be had. A change until the next success
+// Pauses after an event, a key or a notification is not available. A change before the next success
 // gives no signal, so the success counts as a change. False: the thread is to end.
 bool CRegThread::PauseBeforeRetry() {
     m_bFirstPass = 1;
