@@ -66,28 +66,22 @@ LogSettings TakeLogSettings(Arguments& arguments) {
 }
 
 HostLog::HostLog(const LogSettings& settings) : path_(settings.path) {
-    if (hlx_logCreate(&context_, "agent_sim", 2, settings.options) != HLX_DONE)
+    HlxLogContext* context = nullptr;
+    if (hlx_logCreate(&context, "agent_sim", 2, settings.options) != HLX_DONE)
         throw std::bad_alloc();
-    hlx_logSetLevel(context_, settings.level);
-    hlx_logSetMask(context_, settings.mask);
-    try {
-        const std::int32_t toStandardOutput = 1;
-        if (!settings.quiet) AddSink(context_, HLX_SINK_CONSOLE, &toStandardOutput, "the console");
-        if (!path_.empty()) AddSink(context_, HLX_SINK_FILE, path_.c_str(), path_);
-    } catch (...) {
-        hlx_logDestroy(context_);
-        throw;
-    }
-    hlx_logSetDefault(context_);
+    context_.reset(context);
+    hlx_logSetLevel(context, settings.level);
+    hlx_logSetMask(context, settings.mask);
+    const std::int32_t toStandardOutput = 1;
+    if (!settings.quiet) AddSink(context, HLX_SINK_CONSOLE, &toStandardOutput, "the console");
+    if (!path_.empty()) AddSink(context, HLX_SINK_FILE, path_.c_str(), path_);
+    hlx_logSetDefault(context);
 }
 
-HostLog::~HostLog() {
-    hlx_logSetDefault(nullptr);
-    hlx_logDestroy(context_);
-}
+HostLog::~HostLog() { hlx_logSetDefault(nullptr); }
 
 void HostLog::Rotate() {
-    if (!path_.empty()) hlx_logRotate(context_, path_.c_str());
+    if (!path_.empty()) hlx_logRotate(context_.get(), path_.c_str());
 }
 
 }  // namespace agent_sim

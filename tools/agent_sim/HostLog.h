@@ -7,6 +7,7 @@
 
 #include "Arguments.h"
 #include "hlxLog.h"
+#include "hlxOwned.h"
 
 namespace agent_sim {
 
@@ -32,14 +33,12 @@ public:
     // Throws std::runtime_error if a sink cannot be opened.
     explicit HostLog(const LogSettings& settings);
     ~HostLog();
-    HostLog(const HostLog&) = delete;
-    HostLog& operator=(const HostLog&) = delete;
 
     // Rotates a log file that is too large. Call it while no other thread writes.
     void Rotate();
 
 private:
-    HlxLogContext* context_ = nullptr;
+    HlxOwned<HlxLogContext*, hlx_logDestroy> context_;
     std::string path_;
 };
 
