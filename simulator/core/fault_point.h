@@ -1,6 +1,6 @@
-// How an API call offers itself to fault injection.
+// The fault points of API calls.
 //
-// A call that can fail asks InjectedFault, or win32::MustFail, under its own name before it does
+// A call that can fail calls InjectedFault, or win32::MustFail, with its own name before it does
 // anything else. The name is a template argument, so every call that a program links is known
 // before main, and a fault for an unknown name is refused.
 #pragma once
@@ -42,7 +42,8 @@ public:
     std::atomic<int> calls{0};
     FaultPoint* next = nullptr;  // in the list of all points
 
-    static inline constinit std::atomic<int> injected{0};  // faults that are waiting for a call
+    static inline constinit std::atomic<int> injected{
+        0};  // injected faults that have not taken effect yet
 
 private:
     std::optional<std::uint32_t> TakeInjected(std::int64_t value) const;

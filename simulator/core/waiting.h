@@ -1,8 +1,8 @@
 // How the simulated threads wait, and how an observer knows that all of them are idle.
 //
 // One lock guards everything that a thread can wait for: events, queues, timers, ends of threads. A
-// waiting thread leaves its condition behind as a predicate without side effects, so a thread that
-// holds the lock can tell whether the thread is idle. While all threads are idle and the lock is
+// waiting thread stores its condition as a predicate without side effects, so a thread that holds
+// the lock can determine whether the thread is idle. While all threads are idle and the lock is
 // held, the state does not change: this is how the desktop is inspected.
 #pragma once
 
@@ -15,8 +15,8 @@
 
 namespace simulator {
 
-// A place in the source: that of the call in whose default argument Current stands. The compiler
-// that fuzzes has no std::source_location.
+// The source location of a call that has Current as a default argument. The compiler for fuzzing
+// has no std::source_location.
 struct SourcePlace {
     const char* file;
     int line;
@@ -27,8 +27,8 @@ struct SourcePlace {
     }
 };
 
-// The lock, held for the life of the object. A thread that takes it while it holds it ends the
-// program with both places.
+// Holds the lock while the object exists. If the thread holds it already, the program ends with
+// both locations.
 class StateLock {
 public:
     explicit StateLock(SourcePlace place) { Lock(place); }
@@ -62,7 +62,7 @@ void NotifyStateChanged();
 void WaitUntilIdle(StateLock& lock);
 
 // Registers a poll for changes from outside the process, which WaitUntilIdle calls first. It is
-// called without the lock and takes in the changes up to now.
+// called without the lock and processes all changes so far.
 void AddExternalSource(std::function<void()> poll);
 
 // The next deadline of any waiting thread, if one waits with a deadline. Called under the lock.

@@ -19,7 +19,7 @@ using namespace user;
 
 const Outcome kDone{};
 
-// Acts while nothing moves, and waits until the programs have done what follows from it.
+// Calls `act` while all threads are idle, and waits until they are idle again.
 Outcome Act(const std::function<Outcome(simulator::StateLock&)>& act) {
     simulator::StateLock lock = simulator::LockState();
     simulator::WaitUntilIdle(lock);
@@ -54,7 +54,8 @@ Outcome Callbacks(UINT id, const std::vector<UINT>& messages) {
     });
 }
 
-// The window that takes the user's input: the given one, or the front one of those that do.
+// The window that receives the user input: the given one, or else the front one of all that are
+// visible and enabled.
 HWND InputWindow(HWND given) {
     const auto takesInput = [](HWND handle) {
         const WindowPtr window = LookupLocked(handle);
@@ -66,7 +67,7 @@ HWND InputWindow(HWND given) {
     return front == windows.end() ? nullptr : *front;
 }
 
-// Acts on the input window, which the user's click makes the active one.
+// Activates the input window, as a click does, and calls `act` with it.
 Outcome ActOn(HWND given, const std::function<Outcome(const Window&)>& act) {
     return Act([&](simulator::StateLock& lock) -> Outcome {
         CloseMenuFirst(lock);

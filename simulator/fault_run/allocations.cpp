@@ -51,8 +51,7 @@ void CountAllocations(int failing) {
 
 int AllocationsCounted() { return g_counted; }
 
-// A sanitizer keeps malloc to itself, from before the program starts: then only operator new
-// counts.
+// A sanitizer replaces malloc before the program starts; then only operator new counts.
 #ifdef VH_SANITIZED
 void* operator new(std::size_t size) {
     void* const block = MustFail() ? nullptr : std::malloc(size);

@@ -1,4 +1,4 @@
-// The convention by which a Control Panel applet library is driven.
+// The calls of the library of a Control Panel applet.
 #pragma once
 
 #include "windef.h"

@@ -1,4 +1,4 @@
-// Files by path, as the C runtime of Windows has them. '\\' separates folders as '/' does.
+// Files by path, as in the C runtime of Windows. '\\' separates folders, too.
 #pragma once
 
 #include <cstdio>

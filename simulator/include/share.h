@@ -1,4 +1,4 @@
-// Sharing modes of _fsopen. Every file is shared with everybody here.
+// Sharing modes of _fsopen. All files are shared here.
 #pragma once
 
 #include <cstdio>

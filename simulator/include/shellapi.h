@@ -41,7 +41,7 @@ typedef struct _NOTIFYICONDATAA {
     HICON hBalloonIcon;
 } NOTIFYICONDATAA, *PNOTIFYICONDATAA;
 
-// The record as systems before the balloon icon knew it.
+// The record of systems without the balloon icon.
 #define NOTIFYICONDATAA_V3_SIZE offsetof(NOTIFYICONDATAA, hBalloonIcon)
 
 BOOL WINAPI Shell_NotifyIconA(DWORD message, PNOTIFYICONDATAA data);

@@ -95,8 +95,8 @@ BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version);
 HANDLE WINAPI GetCurrentProcess();
 DWORD WINAPI GetCurrentProcessId();
 DWORD WINAPI GetCurrentThreadId();
-// The thread's handle is signalled at once; the thread itself stops for good where it next waits
-// and keeps what it holds.
+// The thread's handle is signalled at once; the thread stops at its next wait, forever, and does
+// not release what it holds.
 BOOL WINAPI TerminateThread(HANDLE thread, DWORD code);
 
 // --- Files
@@ -138,7 +138,7 @@ void WINAPI GetSystemTime(LPSYSTEMTIME time);
 void WINAPI GetLocalTime(LPSYSTEMTIME time);
 void WINAPI GetSystemTimeAsFileTime(LPFILETIME time);
 BOOL WINAPI FileTimeToSystemTime(const FILETIME* from, LPSYSTEMTIME to);
-// `zone` must be null: the zone now in force.
+// `zone` must be null: the current time zone.
 BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* zone,
                                             const SYSTEMTIME* utc, LPSYSTEMTIME local);
 

@@ -26,7 +26,7 @@ LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD options, REGSAM access,
 LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD reserved, LPSTR keyClass, DWORD options,
                             REGSAM access, LPSECURITY_ATTRIBUTES security, PHKEY result,
                             LPDWORD disposition);
-// A notification that is armed on the key fires.
+// Signals a notification that is armed on the key.
 LONG WINAPI RegCloseKey(HKEY key);
 LONG WINAPI RegDeleteTreeA(HKEY key, LPCSTR subkey);
 

@@ -2,8 +2,8 @@
 // connection is an error of the call and never a signal.
 #pragma once
 
-// The system's own calls of these names step aside for Windows', which differ in their parameters;
-// include this before other headers that bring them.
+// The system's own calls of these names are renamed, since their parameters differ from those of
+// Windows; include this header before others that declare them.
 #define socket posix_socket
 #define setsockopt posix_setsockopt
 #define bind posix_bind
@@ -70,7 +70,7 @@ struct WSADATA {
 };
 using LPWSADATA = WSADATA*;
 
-// Every call below but these needs one WSAStartup that WSACleanup has not taken back.
+// Every call below but these needs a WSAStartup without its WSACleanup.
 int WSAStartup(WORD version, LPWSADATA data);
 int WSACleanup();
 int WSAGetLastError();

@@ -1,9 +1,9 @@
-// Windows, messages, dialogs, menus and what else the desktop is made of.
+// Windows, messages, dialogs, menus and the rest of the desktop.
 //
 // Windows of this platform have no frame: the client area is the whole window.
 //
 // Every function has the contract of the Win32 function of its name. A window belongs to the thread
-// that made it; only PostMessageA, IsWindow and the input functions reach it from another one.
+// that created it; only PostMessageA, IsWindow and the input functions reach it from another one.
 #pragma once
 
 #include "windef.h"

@@ -86,7 +86,7 @@ timespec TimespecOf(simulator::Ticks date) {
 
 namespace {
 
-// The date in the zone now in force.
+// The date in the current time zone.
 simulator::Ticks LocalOf(simulator::Ticks date) {
     const time_t seconds = win32::TimespecOf(date).tv_sec;
     tm fields = {};

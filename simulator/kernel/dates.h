@@ -8,7 +8,7 @@
 
 namespace win32 {
 
-// Nothing if a field is out of its range. The day of the week is not looked at.
+// Nothing if a field is out of its range. The day of the week is ignored.
 std::optional<simulator::Ticks> TicksOf(const SYSTEMTIME& time);
 // For dates from 1601 on.
 SYSTEMTIME SystemTimeOf(simulator::Ticks date);

@@ -51,7 +51,7 @@ BOOL ReportEventA(HANDLE handle, WORD type, WORD, DWORD, PVOID, WORD stringCount
     if (win32::MustFail<"ReportEventA", "type of the event">(type)) return FALSE;
     const auto source = win32::ObjectOf<EventSource>(handle);
     if (!source) return FALSE;
-    // The process has one connection to the log, opened anew under the name of each source.
+    // The process has one connection to the log, opened again with the name of each source.
     static std::mutex mutex;
     const std::lock_guard guard(mutex);
     openlog(source->name.c_str(), LOG_PID, LOG_USER);

@@ -1,8 +1,8 @@
 // Files: opened for reading with Windows' rules of sharing, and by the names of the C runtime.
 //
-// POSIX does not keep a reader from a file that somebody writes. A read lease does: the system
-// grants it only while nobody has the file open for writing, and lets a later writer
-// wait until the handle is closed.
+// POSIX lets a program read a file that is open for writing. A read lease prevents that: the system
+// grants it only if the file is not open for writing, and blocks a later writer until the handle is
+// closed.
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -28,8 +28,8 @@ struct File : win32::KernelObject {
     const win32::Descriptor file;
 };
 
-// A writer that waits for a lease is announced by a signal, which would end a process that has not
-// asked for it.
+// A writer that waits for a lease is announced by a signal, which would end a process without a
+// handler.
 void IgnoreLeaseSignals() {
     static std::once_flag once;
     std::call_once(once, [] {
@@ -39,8 +39,8 @@ void IgnoreLeaseSignals() {
     });
 }
 
-// True unless somebody is known to have the file open for writing: there are file systems and
-// owners for which the system cannot tell.
+// False if the file is known to be open for writing. For some file systems and owners the system
+// cannot determine it; then true.
 bool KeepWritersOut(int file) {
     IgnoreLeaseSignals();
     return fcntl(file, F_SETLEASE, F_RDLCK) == 0 || errno != EAGAIN;
@@ -61,7 +61,7 @@ HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES
     if (win32::MustFail<"CreateFileA">()) return INVALID_HANDLE_VALUE;
     if (access != GENERIC_READ || disposition != OPEN_EXISTING)
         win32::NotImplemented("CreateFileA other than to read a file that exists");
-    // O_NONBLOCK keeps a pipe of that name from holding the caller.
+    // O_NONBLOCK prevents that a pipe of that name blocks the caller.
     win32::Descriptor file(open(win32::PosixPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file) return win32::Fail(OpenError(win32::PosixPath(path)), INVALID_HANDLE_VALUE);
     struct stat status;

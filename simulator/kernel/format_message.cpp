@@ -1,4 +1,4 @@
-// FormatMessageA and LocalFree: the system's texts for the error numbers that this system meets.
+// FormatMessageA and LocalFree: the system's texts for the error numbers that occur in this system.
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>

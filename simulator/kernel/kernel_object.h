@@ -25,8 +25,8 @@ struct Waitable : KernelObject {
     virtual void Taken() {}
 };
 
-// A handle of its own for the object. Values are never used twice, so that a handle that was closed
-// stays invalid.
+// Returns a new handle for the object. Values are never used twice, so that a handle that was
+// closed stays invalid.
 HANDLE NewHandle(std::shared_ptr<KernelObject> object);
 
 // The object, or null if the value is no open handle.

@@ -37,7 +37,7 @@ bool StartsWith(Bytes bytes, std::string_view magic) {
     return bytes.size() >= magic.size() && !std::memcmp(bytes.data(), magic.data(), magic.size());
 }
 
-// A regular file whose parts are read one by one.
+// A regular file that is read in parts.
 class PartedFile {
 public:
     explicit PartedFile(const char* path) : m_file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {

@@ -1,8 +1,8 @@
 // The resources of programs and libraries, and of compiled resource scripts.
 //
-// An ELF file carries them as its section ".win32res", in the format of a compiled script (*.res);
-// a *.res file is nothing but resources. Files are not trusted: what lies outside of them or makes
-// no sense is as if it were not there.
+// An ELF file has them in its section ".win32res", in the format of a compiled script (*.res); a
+// *.res file contains only resources. Files are not trusted: data that is invalid or outside of the
+// file is ignored.
 #pragma once
 
 #include <cstddef>
@@ -16,12 +16,12 @@ namespace win32 {
 // All resources of one file that have numbers as their type and name.
 class ResourceFile {
 public:
-    // Reads the script of the file and nothing else of it. A file without resources, or one that
-    // cannot be read, has no entries.
+    // Reads only the script of the file. A file without resources, or one that cannot be read, has
+    // no entries.
     explicit ResourceFile(const char* path);
 
     // The bytes of the resource in the first language it is there in; empty if it is not there.
-    // They live as long as this object.
+    // They are valid as long as this object.
     std::span<const std::byte> Find(WORD type, WORD id) const;
 
 private:

@@ -1,8 +1,8 @@
-// Mutexes, as names that are there as long as some process holds a handle to them.
+// Mutexes, as names that exist as long as a process has a handle to them.
 //
-// A name is a lock file in the user's runtime folder. Who opens it tries for the exclusive lock:
-// who gets it has made the mutex; the others find that it exists. All keep the shared lock, which
-// the system takes away when the handle is closed or the process ends in whatever way.
+// A name is a lock file in the user's runtime folder. A process that opens it tries to get the
+// exclusive lock: if it succeeds, it has created the mutex; if not, the mutex exists. Each keeps
+// the shared lock, which the system releases when the handle is closed or the process ends.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,7 +25,7 @@ struct Mutex : win32::KernelObject {
 };
 
 // The user's runtime folder, or a folder in the temporary one that belongs to the user alone. Empty
-// if somebody else has taken that name.
+// if another user has created that name.
 std::string LockFolder() {
     if (const char* folder = std::getenv("XDG_RUNTIME_DIR")) return folder;
     const std::string folder =

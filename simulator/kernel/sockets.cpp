@@ -91,7 +91,7 @@ int FileOf(SOCKET socket) { return static_cast<int>(socket); }
 
 std::atomic<int> g_openSockets{0};
 
-// A socket that has just been made, or -1.
+// A new socket, or -1.
 SOCKET NewSocket(int file) {
     if (file < 0) return INVALID_SOCKET;
     ++g_openSockets;
@@ -119,7 +119,8 @@ int setsockopt(SOCKET socket, int level, int option, const char* value, int size
 
 int bind(SOCKET socket, const sockaddr* address, int size) {
     if (!MayCall<"bind">()) return SOCKET_ERROR;
-    // On Windows a port is free as soon as nobody listens, whatever became of its connections.
+    // On Windows a port is free as soon as no socket listens, whatever the state of its connections
+    // is.
     const int yes = 1;
     int type = 0;
     socklen_t typeSize = sizeof type;

@@ -1,4 +1,4 @@
-// What the process learns of the system it runs on.
+// Information about the system.
 #include <unistd.h>
 
 #include "simulator/windows_version.h"

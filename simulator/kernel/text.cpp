@@ -1,4 +1,5 @@
-// Texts: comparison as a person sorts them, and the C runtime's names for what POSIX has.
+// Texts: comparison in the order of a language, and C runtime functions that POSIX has under other
+// names.
 #include <cctype>
 #include <cstring>
 #include <string>

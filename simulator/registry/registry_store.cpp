@@ -39,7 +39,7 @@ void AppendHex(std::string& text, std::uint64_t number, int digits) {
         text += "0123456789abcdef"[number >> shift & 0xF];
 }
 
-// A name that is too long for a file keeps its beginning and has its hash for the rest.
+// In a name that is too long for a file, a hash replaces the end.
 std::string FileNameOf(std::string_view name) {
     std::string file;
     file.reserve(name.size());
@@ -232,8 +232,8 @@ DWORD RegistryKey::DeleteValue(std::string_view name) const {
 
 DWORD RegistryKey::ReadAt(std::size_t index, RegistryValue& value) {
     const std::lock_guard guard(m_listingMutex);
-    // The system notes changes with the grain of its tick only, so that a list that has turned out
-    // to be old is made anew whatever it says; a walk begins with a new one.
+    // The system stores changes with the resolution of its tick only, so a list that is out of date
+    // is made again whatever its time is; an enumeration begins with a new one.
     for (bool old = index == 0;; old = true) {
         struct stat status;
         if (fstat(m_folder.Get(), &status) != 0 || status.st_nlink == 0) return ERROR_KEY_DELETED;

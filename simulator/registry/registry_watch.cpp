@@ -57,7 +57,7 @@ public:
         notification.above = Watch(folder.parent_path());
         WatchFolder(notification, "");
         if (notification.folders.empty()) return ErrorOfErrno(errno);
-        // A key that went before it was watched would never show a change.
+        // A key that was deleted before it was watched would never report a change.
         if (notification.key->IsDeleted()) return ERROR_KEY_DELETED;
         m_armed.push_back(std::move(notification));
         return ERROR_SUCCESS;
@@ -68,7 +68,7 @@ public:
         FireLocked(condition);
     }
 
-    // Brings in all that has happened so far. When it returns, the events are set.
+    // Processes all changes so far. When it returns, the events are set.
     void Drain() {
         const std::lock_guard guard(m_mutex);
         alignas(inotify_event) char buffer[16 * 1024];

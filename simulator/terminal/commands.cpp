@@ -99,7 +99,7 @@ Outcome Command(std::string_view text, Screen&) {
     return desktop::PostCommand(static_cast<UINT>(*number));
 }
 
-// TEXT, or "TEXT" and perhaps seconds behind it.
+// TEXT, or "TEXT" with an optional number of seconds.
 Outcome Wait(std::string_view rest, Screen& screen) {
     std::string_view text = rest;
     std::chrono::seconds limit = kUsualWait;
@@ -111,7 +111,7 @@ Outcome Wait(std::string_view rest, Screen& screen) {
             limit = std::chrono::seconds(Number(behind).value_or(0));
     }
     if (text.empty()) return {"wait needs a text"};
-    if (limit.count() <= 0) return {"behind the quoted text stands a number of seconds"};
+    if (limit.count() <= 0) return {"only a number of seconds may follow the quoted text"};
     if (screen.WaitFor(text, limit)) return {};
     const std::string span =
         screen.HasEnded() ? "to the program's end" : std::to_string(limit.count()) + " s";
@@ -138,7 +138,7 @@ struct Action {
 };
 
 constexpr std::array<Action, 15> kActions{{
-    {"show", "", "draw what stands on the desktop", Show},
+    {"show", "", "draw the desktop", Show},
     {"click", "[ICON]", "an icon, with the left button", Click},
     {"double-click", "[ICON]", "an icon, with the left button", DoubleClick},
     {"right-click", "[ICON]", "an icon, for its menu", RightClick},

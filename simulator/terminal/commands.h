@@ -8,10 +8,10 @@
 
 namespace terminal {
 
-// What became of a line.
+// The result of a line.
 struct Done {
     bool quits = false;  // the user logs off
-    std::string whyNot;  // not empty: nothing could be done, and why
+    std::string whyNot;  // why the line could not be carried out; empty: it was
 };
 
 // Carries out one line; the empty one and comments ("# ...") do nothing.

@@ -12,7 +12,7 @@ constexpr std::size_t kShownRows = 20;  // longer lists are cut
 constexpr LONG kSameRow = 6;            // pixels by which controls of one row may differ in height
 constexpr std::string_view kGap = "   ";  // between buttons, between columns
 
-// A column is taken by every byte but the later ones of a UTF-8 character.
+// Each byte takes a column, except the continuation bytes of UTF-8.
 bool TakesColumn(char c) { return (c & 0xc0) != 0x80; }
 
 std::size_t Width(std::string_view text) {

@@ -60,7 +60,7 @@ std::string Answer(UINT id) {
     return std::string(", ") + (id < kNames.size() ? kNames[id] : std::to_string(id));
 }
 
-// The line as a terminal may get it: what a program shows must not steer it.
+// Removes control characters, so that the texts of a program do not control the terminal.
 std::string Harmless(std::string line) {
     const auto steers = [](unsigned char c) { return c < ' ' || c == 0x7f; };
     std::replace(line.begin(), line.end(), '\t', ' ');
@@ -93,7 +93,7 @@ Screen::Screen(bool prompts)
         const std::lock_guard lock(m_mutex);
         m_happened.push_back(event);
         const std::uint64_t one = 1;
-        // Cannot fail: the counter is far from its limit.
+        // Cannot fail: the counter is below its limit.
         if (write(m_pending, &one, sizeof one) != sizeof one) return;
     });
 }

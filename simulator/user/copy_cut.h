@@ -9,8 +9,8 @@
 
 namespace user {
 
-// Copies a text, cut at `capacity` bytes with the terminator; returns the number of bytes before
-// it.
+// Copies a text, truncated to `capacity` bytes with the terminator; returns the number of bytes
+// before it.
 inline int CopyCut(const std::string& text, LPSTR to, int capacity) {
     if (!to || capacity <= 0) return 0;
     const std::size_t length = std::min(text.size(), static_cast<std::size_t>(capacity) - 1);

@@ -1,4 +1,4 @@
-// What the dialog manager keeps for each dialog.
+// The state of a dialog.
 #pragma once
 
 #include <optional>
@@ -32,11 +32,11 @@ bool InitDialog(const WindowPtr& dialog, LPARAM parameter);
 // What EndDialog does.
 void End(const WindowPtr& dialog, INT_PTR result);
 
-// Runs the dialog until End, then destroys it. Its owner takes no input meanwhile.
+// Runs the dialog until End, then destroys it. Its owner is disabled meanwhile.
 INT_PTR RunModal(const WindowPtr& dialog);
 
-// Keeps the user from the owner until the dialog ends; then the owner is enabled, whatever it was
-// before, as under Wine. Called before the dialog is made ready.
+// Disables the owner until the dialog ends; then enables it, even if it was disabled before, as
+// Wine does. Called before the dialog is made ready.
 void DisableOwner(const WindowPtr& dialog);
 
 }  // namespace user

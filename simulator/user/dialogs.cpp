@@ -86,7 +86,7 @@ void ReenableOwner(const Window& dialog, DialogState& state) {
     if (std::exchange(state.reenablesOwner, false)) EnableWindow(dialog.owner, TRUE);
 }
 
-// The button that Enter presses. SetFocus does not make another button the default one.
+// The default button. SetFocus does not make another button the default one.
 LRESULT DefaultButton(HWND dialog) {
     const LRESULT answer = SendMessageA(dialog, DM_GETDEFID, 0, 0);
     return HIWORD(answer) == DC_HASDEFID ? LOWORD(answer) : IDOK;
@@ -160,7 +160,7 @@ INT_PTR RunModal(const WindowPtr& dialog) {
     return result;
 }
 
-// The dialog leaves the screen at once; it is destroyed when its loop runs again.
+// The dialog is hidden at once; it is destroyed when its loop runs again.
 void End(const WindowPtr& dialog, INT_PTR result) {
     auto* state = StateOf<DialogState>(dialog);
     state->result = result;

@@ -1,4 +1,4 @@
-// What inspection can learn of drawing.
+// Inspection of drawn bitmaps.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// Which window takes the keyboard, and which windows take input at all.
+// The keyboard focus, the active window, and which windows receive input.
 //
 // One window of the desktop has the focus; the top-level window around it is the active one.
 #include <utility>
@@ -12,7 +12,7 @@
 namespace user {
 namespace {
 
-// Whether the window and all around it are enabled.
+// Whether the window and its parents are enabled.
 bool TakesInput(WindowPtr window) {
     while (window && !window->Has(WS_DISABLED)) window = LookupLocked(window->parent);
     return !window;

@@ -1,4 +1,4 @@
-// The header control over a list.
+// The header control of a list.
 #include <algorithm>
 
 #include "core/last_error.h"

@@ -13,7 +13,7 @@ namespace {
 struct Picture {
     HINSTANCE module;
     UINT image;
-    bool shared;  // made by LoadIconA: one for all callers, for good
+    bool shared;  // from LoadIconA: shared by all callers, never destroyed
 };
 
 using Icons = Objects<HICON, Picture>;
@@ -74,7 +74,7 @@ HANDLE WINAPI LoadImageA(HINSTANCE instance, LPCSTR name, UINT type, int, int, U
     return AllIcons().Add({instance, LOWORD(name), false});
 }
 
-// A shared icon stays, and that is no failure.
+// A shared icon is not destroyed; the call succeeds.
 BOOL WINAPI DestroyIcon(HICON icon) {
     const auto picture = AllIcons().Find(icon);
     if (!picture) return win32::Fail(ERROR_INVALID_ICON_HANDLE, FALSE);

@@ -1,4 +1,4 @@
-// What the desktop knows of an icon.
+// Inspection of icons.
 #pragma once
 
 #include <windows.h>

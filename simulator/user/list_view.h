@@ -1,4 +1,4 @@
-// What the report list view and its header keep.
+// The state of the report list view and its header.
 #pragma once
 
 #include <deque>

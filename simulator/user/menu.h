@@ -1,4 +1,4 @@
-// What a menu holds.
+// The contents of a menu.
 #pragma once
 
 #include <windows.h>

@@ -5,7 +5,7 @@
 namespace user {
 namespace {
 
-// The one button of an MB_OK box takes the close box and Escape too.
+// The close box and Escape press the only button of an MB_OK box.
 INT_PTR CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM) {
     if (message == WM_INITDIALOG) return TRUE;
     if (message != WM_COMMAND) return FALSE;

@@ -16,7 +16,7 @@ namespace {
 using simulator::Clock;
 using simulator::Ticks;
 
-// Which messages a fetch is for.
+// The messages that a call wants to receive.
 struct Filter {
     HWND window;
     UINT first;
@@ -164,7 +164,7 @@ BOOL WINAPI PeekMessageA(LPMSG message, HWND window, UINT first, UINT last, UINT
     return Take(*queue, {window, first, last}, remove & PM_REMOVE, *message);
 }
 
-// Keys of this desktop make no characters.
+// Keys produce no characters.
 BOOL WINAPI TranslateMessage(const MSG*) { return FALSE; }
 
 LRESULT WINAPI DispatchMessageA(const MSG* message) {
@@ -185,7 +185,7 @@ BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     return TRUE;
 }
 
-// Within a thread only: to wait for an answer of another thread is not what this system does.
+// Within a thread only: this system sends no message to another thread.
 LRESULT WINAPI SendMessageA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     const WindowPtr window = Lookup(handle);
     if (!window) return 0;

@@ -1,4 +1,4 @@
-// Things of the desktop that programs hold by handle: menus, icons, brushes, bitmaps.
+// Objects of the desktop that programs refer to by handle: menus, icons, brushes, bitmaps.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace user {
 
-// All objects of one kind. An object lives until it is removed, or as long as somebody holds it.
+// All objects of one kind. An object exists until it is removed and no reference is left.
 template <class Handle, class Object>
 class Objects {
 public:

@@ -1,4 +1,4 @@
-// Pointer, screen and the sizes that the system sets.
+// Pointer, screen and the system metrics.
 #include "core/waiting.h"
 #include "core/last_error.h"
 #include "user/desktop_state.h"

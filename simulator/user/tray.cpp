@@ -47,7 +47,7 @@ void RaiseBalloon(TrayIcon& icon, const NOTIFYICONDATAA& data, News& news) {
     news.push_back({kBalloon, icon.id, icon.balloonTitle, icon.balloonText});
 }
 
-// Takes over what the record's flags name. Records of the first size have no balloon.
+// Copies the members that the flags of the record name. Records of the first size have no balloon.
 void Fill(TrayIcon& icon, const NOTIFYICONDATAA& data, UINT image, simulator::EventKind kind,
           News& news) {
     if (data.uFlags & NIF_MESSAGE) icon.callback = data.uCallbackMessage;
@@ -110,7 +110,7 @@ BOOL WINAPI Shell_NotifyIconA(DWORD message, PNOTIFYICONDATAA data) {
     return TRUE;
 }
 
-// Gives a number above 32, as for all that could be opened.
+// Returns a number above 32: success.
 HINSTANCE WINAPI ShellExecuteA(HWND, LPCSTR, LPCSTR file, LPCSTR, LPCSTR, int) {
     constexpr UINT_PTR kAccessDenied = 5;
     constexpr UINT_PTR kOpened = 42;

@@ -1,8 +1,8 @@
 // A window, and the table of all windows.
 //
-// A window's fields belong to the thread that made it: that thread reads and writes them without a
-// lock, and the desktop reads them under the state lock while all threads are idle. The
-// table itself changes under the lock, so any thread may test whether a window exists.
+// A window's fields belong to the thread that created it: that thread reads and writes them without
+// a lock, and the desktop reads them under the state lock while all threads are idle. The table
+// itself changes under the lock, so any thread may test whether a window exists.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +18,7 @@ namespace user {
 struct Queue;
 struct Window;
 
-// What a class of controls keeps for each of its windows.
+// The state that a class of controls has for each window.
 struct ControlState {
     virtual ~ControlState() = default;
 };
@@ -69,7 +69,8 @@ State* StateOf(const WindowPtr& window) {
 
 const WindowClass* FindClass(LPCSTR nameOrAtom);
 
-// All a new window needs. `place` in pixels; `parent` is the owner if the style has no WS_CHILD.
+// The parameters of a new window. `place` in pixels; `parent` is the owner if the style has no
+// WS_CHILD.
 struct NewWindow {
     const WindowClass* type;
     std::string text;
@@ -95,8 +96,8 @@ void DropWindowsOfThread();
 const std::vector<HWND>& TopLevelWindows();
 void BringToFront(HWND topLevel);
 
-// Makes a top-level window the active one: the focus goes to it, unless it is within it. The caller
-// holds the state lock.
+// Makes a top-level window the active one: sets the focus to it, unless the focus is within it. The
+// caller holds the state lock.
 void Activate(HWND topLevel);
 
 // Gives the focus to the window and returns the one that had it; null, and nothing changes, if the
@@ -113,7 +114,7 @@ bool IsMessageBox(const Window& window);
 // The place of a window on the screen.
 RECT OnScreen(const Window& window);
 
-// The classes, each defined beside its behaviour.
+// The window classes. Each is defined in the file of its behaviour.
 extern const WindowClass kDialogClass;
 extern const WindowClass kButtonClass;
 extern const WindowClass kStaticClass;

@@ -129,7 +129,8 @@ WindowPtr Create(const NewWindow& data) {
     return window;
 }
 
-// Owned windows go first. The window is off the desktop before it gets WM_DESTROY.
+// Owned windows are destroyed first. The window is removed from the desktop before it receives
+// WM_DESTROY.
 void Destroy(const WindowPtr& window) {
     ShowWindow(window->handle, SW_HIDE);
     for (const HWND owned : OwnedBy(window->handle))

@@ -37,8 +37,8 @@ void RecordDialog(const Window& window, bool opened) {
                            window.text, ""});
 }
 
-// A top-level window becomes active when it is shown. When the active one is hidden its owner does,
-// be it hidden or disabled itself.
+// A top-level window becomes active when it is shown. If the active one is hidden, its owner
+// becomes active, even if it is hidden or disabled.
 void PassActivation(const Window& window, bool shown) {
     if (shown) {
         BringToFront(window.handle);
@@ -73,7 +73,7 @@ HWND FindWindowOf(HWND parent, HWND childAfter, LPCSTR className, LPCSTR text) {
     return FirstMatch(above ? above->children : TopLevelWindows(), childAfter, type, text);
 }
 
-// What GetWindowLongPtrA and SetWindowLongPtrA reach at an index.
+// The value that GetWindowLongPtrA and SetWindowLongPtrA access at an index.
 LONG_PTR& FieldOf(Window& window, int index) {
     auto* dialog = dynamic_cast<DialogState*>(window.state.get());
     if (index == GWLP_USERDATA) return window.userData;

@@ -24,7 +24,7 @@ TEST_F(Lifetime, TheTerminalReportsFailedCommandsAndRemovesControlCharacters) {
         std::string script, printed;
     } scripts[] = {{"press OK", "? no window takes input"},
                    {"wait", "? wait needs a text"},
-                   {"wait \"abc\" xyz", "? behind the quoted text stands a number of seconds"},
+                   {"wait \"abc\" xyz", "? only a number of seconds may follow the quoted text"},
                    {"# \033[31m", "# ?[31m"}};
     for (const auto& [script, printed] : scripts) {
         const auto run = "printf '" + script + "' | " VH_TRAY " | grep -xF '" + printed + "'";

@@ -74,7 +74,7 @@ struct Control {
     RECT place;        // pixels, within the dialog
     bool visible;
     bool enabled;
-    bool isDefault;  // the button that Enter presses
+    bool isDefault;  // the default button
     bool focused;
     std::optional<List> list;  // of a list view
 };
@@ -118,7 +118,7 @@ std::vector<std::string> Pages();  // the arguments of ShellExecuteA
 std::vector<Reboot> Reboots();     // the requests to ExitWindowsEx
 std::string Foreground();          // caption of the window brought forward last, "" for none
 int Beeps();
-int WaitCursors();  // how often the wait cursor was put up
+int WaitCursors();  // how often the wait cursor was set
 
 // ---- Events ----
 
@@ -178,11 +178,11 @@ inline Outcome PostCommand(UINT command) { return Post(WM_COMMAND, command, 0); 
 
 // ---- Time ----
 
-// Moves the manual clock forward. All that becomes due on the way has been done when it returns.
+// Moves the manual clock forward. Everything that is due until then has been done when it returns.
 void Advance(std::chrono::milliseconds span);
 
-// For the real clock: waits until `met` holds, which it tries after each event of the journal and
-// after each 50 ms. False: the time ran out.
+// For the real clock: waits until `met` returns true. It is called after each event of the journal
+// and every 50 ms. False: timeout.
 bool WaitUntil(const std::function<bool()>& met, std::chrono::milliseconds limit);
 
 }  // namespace desktop

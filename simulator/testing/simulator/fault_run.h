@@ -1,6 +1,6 @@
-// A run of a story in which one thing fails that the story does not know of. What the story expects
-// then does not count; what has to hold after any fault is required at its end. The environment
-// names the fault, for the sweep and for whoever repeats one of its runs:
+// A run of a story with one fault that the story does not expect. Its expectations are then
+// ignored; only the requirements after any fault are tested, at its end. An environment variable
+// names the fault, for the sweep and to repeat one of its runs:
 //
 //   STORY_FAULT="CreateFileA 3"    the third call of CreateFileA
 //   STORY_FAULT="allocation 17"    the 17th allocation of the applet's code
@@ -18,7 +18,7 @@ public:
     void Begin() const;
     // Whether the call that is to fail has been made.
     bool HasFailed() const;
-    // From here on nothing fails.
+    // No call fails from now on.
     void End() const;
     // Ends the process if the requirement is not met.
     static void Require(bool isMet, const char* requirement);

@@ -16,8 +16,7 @@ public:
     explicit Session(std::function<int()> entry);
 
     // Logs off, if the program still runs, and waits for its end; a manual clock is moved forward
-    // as far as the end takes. A program that does not end after that ends the process with a
-    // message.
+    // as far as needed. A program that does not end after that ends the process with a message.
     ~Session();
 
     Session(const Session&) = delete;

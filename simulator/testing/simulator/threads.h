@@ -1,4 +1,4 @@
-// Registration of threads, by which the simulator knows when the program is idle.
+// Registration of threads. With it the simulator determines when the program is idle.
 //
 // Threads that the simulated API starts are registered by it. A test registers only what it starts
 // itself.
@@ -18,8 +18,8 @@ public:
     void Enter();
     void Leave();
 
-    // Gives the thread up; called under the simulator's lock. It is no longer waited for, and it
-    // stops for good at its next wait.
+    // Abandons the thread; called under the lock of the simulator. No wait includes it any longer,
+    // and it stops forever at its next wait.
     void Abandon();
     bool IsAbandoned() const { return m_abandoned; }
 
