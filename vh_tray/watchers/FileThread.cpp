@@ -2,7 +2,6 @@
 
 #include <process.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
