@@ -1,51 +1,32 @@
-// The agent daemon as far as the applet can see it: the home of the stand-in, and the daemon's
-// ports. Writing to HKEY_LOCAL_MACHINE needs an administrator.
+// The agent daemon as far as the applet can see it. Writing to HKEY_LOCAL_MACHINE needs an
+// administrator.
 #pragma once
 
-#include <winsock2.h>
-#include <windows.h>
-
-#include <filesystem>
-#include <string>
-
+#include "FrameListener.h"
+#include "Daemon.h"
 #include "Notification.h"
 
-// A port of the daemon on 127.0.0.1.
-class Listener {
-public:
-    enum Transport { kUdp = SOCK_DGRAM, kTcp = SOCK_STREAM };
+#include <mutex>
+#include <string>
 
-    explicit Listener(Transport transport);
-    ~Listener();
-    Listener(const Listener&) = delete;
-    Listener& operator=(const Listener&) = delete;
-
-    // The bytes of one frame, or nothing when none came within the limit.
-    std::string Receive(DWORD limitMs) const;
-
-private:
-    Transport transport_;
-    SOCKET socket_;
-};
-
-// The frame of a command without data.
-std::string FrameOf(char command);
-
-// An installed agent. Its directory and its keys are new at construction and removed at
-// destruction.
+// An installed agent that listens on the daemon's ports. Its directory and its keys are new at
+// construction and removed at destruction.
 class Agent {
 public:
-    explicit Agent(bool useTcp = false, const std::string& controlPanelApplet = {});
+    explicit Agent(bool useTcp = false);
     ~Agent();
-    Agent(const Agent&) = delete;
-    Agent& operator=(const Agent&) = delete;
-
-    std::string Directory() const { return directory_.string() + "\\"; }
 
     // Writes a health notification. Its message and its page pop up if they are not empty.
     void Report(agent_sim::Notification notification) const;
-    void Offer(const std::string& name, const std::string& version) const;
+
+    // Removes and returns the frames that have come, each as transport and command ("UDP 4 "), once
+    // there is one or the limit for effects without a delay has passed.
+    std::string Receive();
 
 private:
     const std::filesystem::path directory_;
+    std::mutex mutex_;
+    std::string frames_;
+    const agent_sim::SocketsInUse sockets_;
+    const agent_sim::FrameListener listener_;
 };

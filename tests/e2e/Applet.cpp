@@ -12,14 +12,8 @@ constexpr DWORD kExitLimitMs = 15000;
 
 }  // namespace
 
-std::string ProgramFolder() {
-    char path[MAX_PATH];
-    GetModuleFileNameA(nullptr, path, MAX_PATH);
-    const std::string text = path;
-    return text.substr(0, text.rfind('\\') + 1);
-}
-
-Applet::Applet(const std::string& program) {
+Applet::Applet() {
+    const std::string program = ProgramFolder() + "vh_tray.exe";
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION information{};
@@ -34,7 +28,7 @@ Applet::Applet(const std::string& program) {
     const auto startedOrEnded = [this] {
         const HWND window = FindWindowA(kDialogClass, "hlx_vh_tray");
         if (ProcessOf(window) == processId_) window_ = window;
-        return window_ || !Running();
+        return window_ || AwaitExit(0) != STILL_ACTIVE;
     };
     WaitFor(startedOrEnded, kStartLimitMs);
     // It answers once it has started its watchers.
@@ -43,7 +37,7 @@ Applet::Applet(const std::string& program) {
 
 Applet::~Applet() {
     if (!process_) return;
-    if (Running() && window_) PostMessageA(window_, WM_CLOSE, 0, 0);
+    if (window_) PostMessageA(window_, WM_CLOSE, 0, 0);
     if (AwaitExit(kExitLimitMs) == STILL_ACTIVE) {
         ADD_FAILURE() << "the applet did not end";
         TerminateProcess(process_, 99);
@@ -98,11 +92,11 @@ HWND Applet::OpenMenu() const {
 bool Applet::ChooseFromMenu(char letter) const {
     const HWND menu = AwaitMenu();
     PostMessageA(window_, WM_CHAR, static_cast<WPARAM>(letter), 0);
-    return WaitFor([menu] { return !IsWindowVisible(menu); }, kPromptLimitMs);
+    return AwaitEnd(menu);
 }
 
-Dialog Applet::OpenDialog(TrayIcon icon, const char* caption) const {
-    EXPECT_TRUE(AwaitIcon(icon, kPassLimitMs));
+HWND Applet::OpenDialog(TrayIcon icon, const char* caption) const {
+    EXPECT_TRUE(AwaitIcon(icon));
     DoubleClick(icon);
     return AwaitDialog(caption);
 }

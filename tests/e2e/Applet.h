@@ -1,35 +1,24 @@
 // One run of vh_tray.exe, seen from outside: its hidden window, its icons and its exit code.
 #pragma once
 
-#include <windows.h>
-#include <string>
-#include <vector>
-
-#include "Dialog.h"
 #include "Screen.h"
-#include "Waiting.h"
 
 enum TrayIcon : UINT { kHealthIcon = 10053, kUpdatesIcon, kInstalledIcon, kDownloadsIcon };
 
 enum MenuCommand : WORD { kShowHealth = 32778, kAbout, kExit, kReassess };
 
-// The folder of the test program, which also has the applet and the other programs, with a
-// backslash.
-std::string ProgramFolder();
-
 class Applet {
 public:
     // Starts the program and waits for its window. If the process ends first, the run has ended
     // without a window.
-    explicit Applet(const std::string& program = ProgramFolder() + "vh_tray.exe");
-    // Closes the window and waits for the end of the process. If it does not end, the test fails
-    // and the process is terminated.
+    Applet();
+    // Closes the window, unless the process has ended, and waits for the end of the process. If it
+    // does not end, the test fails and the process is terminated.
     ~Applet();
     Applet(const Applet&) = delete;
     Applet& operator=(const Applet&) = delete;
 
     HWND Window() const { return window_; }
-    bool Running() const { return WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
 
     // The exit code, or STILL_ACTIVE if the program has not ended within the limit.
     DWORD AwaitExit(DWORD limitMs) const;
@@ -44,18 +33,16 @@ public:
 
     // Whether the shell shows this icon of the applet.
     bool Shows(TrayIcon icon) const;
-    bool AwaitIcon(TrayIcon icon, DWORD limitMs) const {
-        return WaitFor([&] { return Shows(icon); }, limitMs);
-    }
-    bool AwaitNoIcon(TrayIcon icon, DWORD limitMs) const {
-        return WaitFor([&] { return !Shows(icon); }, limitMs);
+    // Waits until the icon is shown, or removed.
+    bool AwaitIcon(TrayIcon icon, bool shown = true) const {
+        return WaitFor([&] { return Shows(icon) == shown; }, kPassLimitMs);
     }
 
     // Posts the message of the shell for a double-click on an icon.
     void DoubleClick(TrayIcon icon) const;
     // Posts the messages of a right click on the health icon; returns the menu.
     HWND OpenMenu() const;
-    HWND AwaitMenu() const { return AwaitWindow(processId_, "#32768"); }
+    HWND AwaitMenu() const { return AwaitWindow(processId_, "#32768", nullptr, kPromptLimitMs); }
     // Types the access key of an item into the open menu. True if the menu has closed.
     bool ChooseFromMenu(char letter) const;
     // Posts the command of an item, without the menu.
@@ -66,11 +53,11 @@ public:
         return WindowsOf(processId_, kDialogClass, caption);
     }
     // Waits for the only dialog with this caption.
-    Dialog AwaitDialog(const char* caption, DWORD limitMs = kPromptLimitMs) const {
-        return Dialog(AwaitWindow(processId_, kDialogClass, caption, limitMs));
+    HWND AwaitDialog(const char* caption) const {
+        return AwaitWindow(processId_, kDialogClass, caption, kPassLimitMs);
     }
     // Waits for an icon and double-clicks it.
-    Dialog OpenDialog(TrayIcon icon, const char* caption) const;
+    HWND OpenDialog(TrayIcon icon, const char* caption) const;
 
 private:
     static constexpr char kDialogClass[] = "#32770";

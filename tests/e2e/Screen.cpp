@@ -1,17 +1,23 @@
 #include "Screen.h"
 
-#include <shellapi.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
-HWND NewOwner() {
-    return CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
-}
+constexpr DWORD kRequestLimitMs = 15000;
+
+const char* AssistantsFolder() { return std::getenv("VH_E2E_ASSISTANT"); }
 
 }  // namespace
+
+std::string ProgramFolder() {
+    char path[MAX_PATH];
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path().string() + "\\";
+}
 
 std::string TextOf(HWND window) {
     char text[2048] = "";
@@ -40,6 +46,16 @@ HWND AwaitWindow(DWORD processId, const char* windowClass, const char* caption, 
     return found.empty() ? nullptr : found.front();
 }
 
+bool AwaitEnd(HWND window) {
+    return WaitFor([&] { return !IsWindowVisible(window); }, kPromptLimitMs);
+}
+
+bool Press(HWND dialog, int id) {
+    PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
+    return AwaitEnd(dialog);
+}
+
 bool AwaitBalloon(const std::string& text) {
     const DWORD shell = ProcessOf(FindWindowA("Shell_TrayWnd", nullptr));
     const auto isUp = [&] {
@@ -50,16 +66,14 @@ bool AwaitBalloon(const std::string& text) {
     return WaitFor(isUp, kPassLimitMs);
 }
 
-bool BalloonsAreWindows() {
-    NOTIFYICONDATAA icon{};
-    icon.cbSize = NOTIFYICONDATAA_V3_SIZE;
-    icon.hWnd = NewOwner();
-    icon.uFlags = NIF_ICON | NIF_INFO;
-    icon.hIcon = LoadIconA(nullptr, IDI_APPLICATION);
-    std::strcpy(icon.szInfo, "A balloon of the tests");
-    Shell_NotifyIconA(NIM_ADD, &icon);
-    const bool are = AwaitBalloon(icon.szInfo);
-    Shell_NotifyIconA(NIM_DELETE, &icon);
-    DestroyWindow(icon.hWnd);
-    return are;
+bool AssistantIsThere() { return AssistantsFolder() != nullptr; }
+
+// The request file appears complete, and the assistant deletes it when it has carried it out.
+bool AskAssistant(const std::string& request) {
+    if (!AssistantIsThere()) return false;
+    const std::filesystem::path folder = AssistantsFolder();
+    std::ofstream(folder / "draft") << request << '\n';
+    std::filesystem::rename(folder / "draft", folder / "request");
+    return WaitFor([&] { return !exists(folder / "request"); }, kRequestLimitMs) &&
+           !exists(folder / "request.refused");
 }

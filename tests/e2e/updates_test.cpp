@@ -1,93 +1,73 @@
-// Tests the three update events, each from the file or key of the daemon to its icon, its dialog
-// and the command. No test reboots: Yes is not pressed where it would.
+// The three update events, each from the file or key of the daemon to its icon, its dialog and the
+// command. Yes is not pressed where it would restart the machine.
+#include <windows.h>
+#include <commctrl.h>
+
 #include <gtest/gtest.h>
+
+#include <functional>
 
 #include "Agent.h"
 #include "Applet.h"
-#include "Assistant.h"
 #include "Updates.h"
-#include "Waiting.h"
 
 namespace {
 
-constexpr int kIntro = 1001;
-constexpr int kListLabel = 65535;
-constexpr char kAvailable[] = "Install Tessara Link Updates";
-constexpr char kInstalled[] = "Installed Tessara Link Updates";
-constexpr char kFailed[] = "Failed Tessara Link Update Downloads";
-constexpr DWORD kNotFound = 0x80070002;
-constexpr DWORD kRebootRequired = 3010;
+using agent_sim::RecordDownload;
+using agent_sim::RecordInstall;
 
-void ExpectList(const Dialog& dialog, int columns, int rows) {
-    EXPECT_EQ(dialog.AskHeader(HDM_GETITEMCOUNT), columns);
-    EXPECT_EQ(dialog.AskList(LVM_GETITEMCOUNT), rows);
-}
-
-TEST(Updates, OfferIsAnnouncedShownAndDownloaded) {
-    const Listener daemon(Listener::kUdp);
-    const Agent agent;
-    agent.Report({.state = "high"});
-    agent.Offer("Tessara Link Scanner", "4.2.8-1");
-    const Applet applet;
-    const Dialog dialog = applet.OpenDialog(kUpdatesIcon, kAvailable);
-    EXPECT_TRUE(dialog.Text(kIntro).starts_with("The following Tessara Link software updates "));
-    EXPECT_EQ(dialog.Text(kListLabel), "&Available Updates:");
-    ExpectList(dialog, 2, 1);
-    TakePicture("available-updates");
-
-    EXPECT_TRUE(applet.Shows(kUpdatesIcon));
-    EXPECT_TRUE(dialog.Press(IDYES));
-    EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(7));
-    EXPECT_TRUE(applet.AwaitNoIcon(kUpdatesIcon, kPromptLimitMs));
-}
-
-TEST(Updates, FailedDownloadsAreListedSortedAndTriedAgain) {
-    const Listener daemon(Listener::kUdp);
-    const Agent agent;
-    const Applet applet;
-    agent_sim::RecordDownload({"middle.msi", kNotFound, 120});
-    agent_sim::RecordDownload({"old.msi", kNotFound, 700});
-    agent_sim::RecordDownload({"Zulu.msi", kNotFound, 60});
-    agent_sim::RecordDownload({"alpha with a rather long name.msi", kNotFound, 180});
-    // A change is reported only when the applet watches the key, which cannot be seen from outside.
-    const auto noticed = [&] {
-        agent_sim::RecordDownload({"good.msi", 0, 0});
-        return applet.Shows(kDownloadsIcon);
+TEST(Updates, EachEventHasItsIconDialogAndCommand) {
+    constexpr int kList = 1000, kLabel = 65535;
+    constexpr DWORD kNotFound = 0x80070002, kRebootRequired = 3010;
+    const struct {
+        TrayIcon icon;
+        const char *caption, *label, *picture;
+        LRESULT columns, rows, selected;
+        int button;
+        const char* frames;
+        std::function<void()> record;
+    } events[] = {
+        {kUpdatesIcon, "Install Tessara Link Updates",
+         "&Available Updates:", "picture available-updates", 2, 1, -1, IDYES, "TCP 7 ",
+         [] {
+             agent_sim::WriteOffer({"Tessara Link Scanner", "4.2.8-1", "third", "fourth"});
+         }},
+        {kDownloadsIcon, "Failed Tessara Link Update Downloads",
+         "&Failed Downloads:", "picture failed-downloads", 3, 3, -1, IDYES, "TCP 7 ",
+         [] {
+             RecordDownload({"middle.msi", kNotFound, 120});
+             RecordDownload({"old.msi", kNotFound, 700});
+             RecordDownload({"Zulu.msi", kNotFound, 60});
+             RecordDownload({"alpha with a rather long name.msi", kNotFound, 180});
+         }},
+        {kInstalledIcon, "Installed Tessara Link Updates",
+         "&Installed Updates:", "picture installed-updates", 4, 2, 0, IDNO, "",
+         [] {
+             RecordInstall({ProgramFolder() + "sample_cpl.cpl", kRebootRequired, 0});
+             RecordInstall({ProgramFolder() + "vh_tray.exe", kRebootRequired, 60});
+             RecordInstall({"C:\\no such file.exe", 0, 0});  // has no name to show
+         }},
     };
-    EXPECT_TRUE(WaitFor(noticed, kPassLimitMs));
-    const Dialog dialog = applet.OpenDialog(kDownloadsIcon, kFailed);
-    EXPECT_EQ(dialog.Text(kListLabel), "&Failed Downloads:");
-    ExpectList(dialog, 3, 3);
-    EXPECT_EQ(dialog.AskList(LVM_GETNEXTITEM, -1, LVNI_SELECTED), -1);
-    TakePicture("failed-downloads");
-
-    EXPECT_TRUE(dialog.Press(IDYES));
-    EXPECT_EQ(daemon.Receive(kPromptLimitMs), FrameOf(7));
-    EXPECT_TRUE(applet.AwaitNoIcon(kDownloadsIcon, kPromptLimitMs));
-}
-
-TEST(Updates, InstallationThatNeedsARebootAsksForIt) {
-    const Agent agent;
-    agent_sim::RecordInstall({ProgramFolder() + "sample_cpl.cpl", kRebootRequired, 0});
-    agent_sim::RecordInstall({ProgramFolder() + "vh_tray.exe", kRebootRequired, 60});
-    agent_sim::RecordInstall({"C:\\no such file.exe", 0, 0});
+    Agent agent(true);
+    agent.Report({.state = "high"});
     const Applet applet;
-    const Dialog dialog = applet.OpenDialog(kInstalledIcon, kInstalled);
-    EXPECT_EQ(
-        dialog.Text(kIntro),
-        "The following Tessara Link updates have been installed at the specified dates and with "
-        "the specified results.\r\n\r\nThe update requires a reboot to finish.  Click Yes to "
-        "reboot the system now, or No to reboot later.");
-    EXPECT_EQ(dialog.Text(kListLabel), "&Installed Updates:");
-    ExpectList(dialog, 4, 2);  // a file that does not exist has no name to show
-    EXPECT_EQ(dialog.AskList(LVM_GETNEXTITEM, -1, LVNI_SELECTED), 0);
-    EXPECT_EQ(dialog.Text(IDYES), "Yes");
-    EXPECT_EQ(dialog.Text(IDNO), "No");
-    TakePicture("installed-updates");
-
-    EXPECT_TRUE(dialog.Press(IDNO));
-    EXPECT_TRUE(applet.AwaitNoIcon(kInstalledIcon, kPromptLimitMs));
-    EXPECT_TRUE(applet.Running());
+    EXPECT_TRUE(applet.AwaitIcon(kHealthIcon));
+    for (const auto& event : events) {
+        event.record();
+        const HWND dialog = applet.OpenDialog(event.icon, event.caption);
+        const HWND list = GetDlgItem(dialog, kList);
+        const auto header = reinterpret_cast<HWND>(SendMessageA(list, LVM_GETHEADER, 0, 0));
+        EXPECT_EQ(TextOf(GetDlgItem(dialog, kLabel)), event.label);
+        EXPECT_EQ(SendMessageA(header, HDM_GETITEMCOUNT, 0, 0), event.columns);
+        EXPECT_EQ(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0), event.rows);
+        EXPECT_EQ(SendMessageA(list, LVM_GETNEXTITEM, WPARAM(-1), LVNI_SELECTED), event.selected);
+        EXPECT_EQ(TextOf(GetDlgItem(dialog, IDYES)), "Yes");
+        AskAssistant(event.picture);
+        EXPECT_TRUE(applet.Shows(event.icon)) << "while the dialog is open";
+        EXPECT_TRUE(Press(dialog, event.button));
+        EXPECT_EQ(agent.Receive(), event.frames) << event.caption;
+        EXPECT_TRUE(applet.AwaitIcon(event.icon, false));
+    }
 }
 
 }  // namespace
