@@ -8,7 +8,7 @@
 
 #include "comparison.h"
 #include "health_document.h"
-#include "health_reading.h"
+#include "hlxHealthReport.h"
 #include "hlxParseConf.h"
 
 namespace {
@@ -90,7 +90,7 @@ void RegisterDocument(const std::string& document, double toBare, double resultT
             }));
 
     const std::string result = "health result of " + size;
-    Compare(result, "ours", 0, Repeat([document] { HealthReading{document.c_str()}; }));
+    Compare(result, "ours", 0, Repeat([document] { HealthReport().Read(document.c_str()); }));
     Compare(result, "expat with empty handlers", resultToBare, bare);
 }
 

@@ -1,5 +1,5 @@
-// Feeds the agent's stand-in: frames in pieces of any size, and requests, which are understood but
-// not done.
+// Feeds agent_sim: frames in pieces of any size, composite messages among them, and requests, which
+// are parsed but not carried out.
 
 #include "Commands.h"
 #include "FrameText.h"
@@ -8,37 +8,21 @@
 
 using namespace agent_sim;
 
-namespace {
-
-void ReadFrames(Bytes bytes) {
-    for (const std::string& line : DescribeFrame(bytes))
-        for (const char c : line)
-            if (c < ' ' || c > '~') std::abort();
-    CommandOf(bytes);
+void Fuzz(Bytes input) {
+    for (const std::string& line : DescribeFrame(input))
+        Require(std::ranges::all_of(line, [](char c) { return c >= ' ' && c <= '~'; }));
+    CommandOf(input);
     FrameSplitter splitter;
-    std::vector<std::uint8_t> whole;
-    for (std::size_t at = 0, piece = 1 + bytes.size() % 5; at < bytes.size(); at += piece) {
-        splitter.Append(bytes.subspan(at, std::min(piece, bytes.size() - at)));
-        while (const auto frame = splitter.Next())
-            whole.insert(whole.end(), frame->begin(), frame->end());
+    std::string whole;
+    for (std::size_t at = 0, piece = 1 + input.size() % 5; at < input.size(); at += piece) {
+        splitter.Append(input.subspan(at, std::min(piece, input.size() - at)));
+        while (const auto frame = splitter.Next()) whole += Text(*frame);
     }
-    whole.insert(whole.end(), splitter.Rest().begin(), splitter.Rest().end());
-    if (!std::ranges::equal(whole, bytes)) std::abort();
-}
-
-void ReadRequest(const std::string& line) {
+    Require(whole + Text(splitter.Rest()) == Text(input));
     try {
-        Arguments arguments(SplitLine(line));
+        Arguments arguments(SplitLine(Text(input)));
         TakeLogSettings(arguments);
         Understand(std::move(arguments));
     } catch (const UsageError&) {
     }
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    ReadFrames({data, size});
-    ReadRequest({reinterpret_cast<const char*>(data), size});
-    return 0;
 }

@@ -69,13 +69,13 @@ void Step(const std::string& step) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void Fuzz(Bytes input) {
     static const bool isQuiet = freopen("/dev/null", "w", stdout) != nullptr;
     SetUp();
     desktop::Session session([] { return WinMain(nullptr, nullptr, nullptr, SW_SHOWNORMAL); });
     Deliver("Low");
     terminal::Screen screen(!isQuiet);
-    std::istringstream script({reinterpret_cast<const char*>(data), size});
+    std::istringstream script(Text(input));
     for (std::string line; !screen.HasEnded() && std::getline(script, line); screen.Refresh()) {
         if (line.starts_with('@'))
             Step(line.substr(1));
@@ -83,7 +83,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             if (terminal::DoLine(line, screen).quits) break;
     }
     session.End();
-    if (!desktop::Icons().empty()) std::abort();
+    Require(desktop::Icons().empty());
     std::filesystem::remove_all(ScratchPath());
-    return 0;
 }

@@ -14,13 +14,19 @@
 
 using Bytes = std::span<const std::uint8_t>;
 
-// Gives 0; ends the program if the reader has not kept what it promises.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+// Passes the input to a reader. Each harness defines it.
+void Fuzz(Bytes input);
+
+// Ends the program if the reader has not kept its contract.
+inline void Require(bool isMet) {
+    if (!isMet) std::abort();
+}
+
+inline std::string Text(Bytes bytes) { return {bytes.begin(), bytes.end()}; }
 
 // A path in memory for this process, and a file of any bytes.
 inline std::string ScratchPath() { return "/dev/shm/fuzz-" + std::to_string(getpid()); }
 
 inline void WriteBytes(const std::string& path, Bytes bytes) {
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
+    std::ofstream(path, std::ios::binary) << Text(bytes);
 }

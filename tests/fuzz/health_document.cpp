@@ -1,19 +1,20 @@
 // Fuzzes the health reader: no document crashes it, and its results are complete.
 
-#include "../unit/health_reading.h"
 #include "harness.h"
+#include "hlxHealthReport.h"
+#include "hlxHealthResult.h"
+#include "hlxMalloc.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string document(reinterpret_cast<const char*>(data), size);
+void Fuzz(Bytes input) {
+    const std::string document = Text(input);
     {
-        const HealthReading read(document.c_str());
-        if (read.result != HLX_DONE && (read.raw || read.message || read.url || read.ranges))
-            std::abort();
-        if (read.state > HLX_HEALTH_HIGH && read.state != read.kUntouched) std::abort();
-        if (read.raw && !std::strstr(document.c_str(), read.raw)) std::abort();
-        if (read.ranges && read.restrictCount % 2) std::abort();
-        if (read.ranges) std::vector(read.ranges, read.ranges + read.restrictCount);
+        HealthReport read;
+        Require(read.Read(document.c_str()) == HLX_DONE ||
+                !(read.rawResult || read.message || read.url || read.restrictAddresses));
+        Require(read.state <= HLX_HEALTH_HIGH);
+        Require(!read.rawResult || std::strstr(document.c_str(), read.rawResult));
+        Require(read.restrictCount % 2 == 0);
+        std::vector(read.restrictAddresses, read.restrictAddresses + read.restrictCount);
     }
-    if (g_mf_sem != 0) std::abort();
-    return 0;
+    Require(g_mf_sem == 0);
 }

@@ -17,20 +17,20 @@ void Walk(HKEY key, const std::vector<Bytes>& files) {
         const auto endsWithRecord = [bytes = &walk.Record()](Bytes file) {
             return file.size() >= 20 && !std::memcmp(file.data() + file.size() - 12, bytes, 12);
         };
-        if (std::ranges::none_of(files, endsWithRecord)) std::abort();
+        Require(std::ranges::any_of(files, endsWithRecord));
     }
-    if (count > files.size()) std::abort();
+    Require(count <= files.size());
 }
 
 }  // namespace
 
 // Each file has its size in front of it, in one byte.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void Fuzz(Bytes input) {
     static const std::filesystem::path folder = ScratchPath() + "/HKEY_LOCAL_MACHINE/k";
     setenv("WIN32_REGISTRY", ScratchPath().c_str(), 1);
     std::filesystem::create_directories(folder);
     std::vector<Bytes> files;
-    for (Bytes rest(data, size); !rest.empty() && files.size() < 8;) {
+    for (Bytes rest = input; !rest.empty() && files.size() < 8;) {
         const std::size_t length = std::min<std::size_t>(rest[0], rest.size() - 1);
         files.push_back(rest.subspan(1, length));
         rest = rest.subspan(1 + length);
@@ -39,8 +39,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const CHlxRegistryKey key(HKEY_LOCAL_MACHINE, "k");
     Walk<&CRecordWalk::NextBinaryRecord>(key, files);
     Walk<&CRecordWalk::NextRecordOfAnyType>(key, files);
-    for (const char* name : {"a", "b", ""})
-        if (key.ReadText(name, 20).size() > 20) std::abort();
+    for (const char* name : {"a", "b", ""}) Require(key.ReadText(name, 20).size() <= 20);
     std::filesystem::remove_all(ScratchPath());
-    return 0;
 }

@@ -4,17 +4,17 @@
 #include "harness.h"
 
 int main(int count, char** paths) {
-    for (int i = 1; i < count; ++i) {
-        std::ifstream file(paths[i], std::ios::binary);
+    Require(count > 1);
+    for (const char* path : std::span(paths + 1, paths + count)) {
+        std::ifstream file(path, std::ios::binary);
         std::vector<std::uint8_t> seed(std::istreambuf_iterator<char>(file), {});
-        if (seed.empty()) return 1;
+        Require(!seed.empty());
         for (std::size_t at = 0; at < seed.size(); ++at) {
-            LLVMFuzzerTestOneInput(seed.data(), at);
+            Fuzz(Bytes(seed).first(at));
             seed[at] ^= 0xFF;
-            LLVMFuzzerTestOneInput(seed.data(), seed.size());
+            Fuzz(seed);
             seed[at] ^= 0xFF;
         }
-        LLVMFuzzerTestOneInput(seed.data(), seed.size());
+        Fuzz(seed);
     }
-    return count > 1 ? 0 : 1;
 }

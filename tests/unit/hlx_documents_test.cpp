@@ -7,7 +7,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "health_reading.h"
+#include "hlxHealthReport.h"
+#include "hlxHealthResult.h"
+#include "hlxMalloc.h"
 #include "hlxParseConf.h"
 
 namespace {
@@ -143,24 +145,25 @@ TEST(Glue, SwitchesHandlersOff) {
 
 // The result code of the reader and all its results: numbers, texts, addresses.
 std::string Read(const std::string& document) {
+    constexpr std::uint32_t kUntouched = 77;
     const std::int32_t outstanding = g_mf_sem;
     std::ostringstream text;
     {
-        const HealthReading read(document.c_str());
-        text << read.result;
-        const std::pair<const char*, std::uint32_t> numbers[] = {
-            {" auto=", read.autoInstall},   {" enabled=", read.enabled},
-            {" state=", read.state},        {" icon=", read.icon},
-            {" popup=", read.messagePopup}, {" open=", read.browserPopup}};
+        HealthReport read;
+        const std::pair<const char*, std::uint32_t*> numbers[] = {
+            {" auto=", &read.autoInstall},   {" enabled=", &read.enabled},
+            {" state=", &read.state},        {" icon=", &read.displayIcon},
+            {" popup=", &read.messagePopup}, {" open=", &read.urlPopup}};
+        for (const auto& [name, value] : numbers) *value = kUntouched;
+        text << read.Read(document.c_str());
         for (const auto& [name, value] : numbers)
-            if (value != HealthReading::kUntouched) text << name << value;
+            if (*value != kUntouched) text << name << *value;
         const std::pair<const char*, const char*> texts[] = {
-            {" raw='", read.raw}, {" message='", read.message}, {" url='", read.url}};
+            {" raw='", read.rawResult}, {" message='", read.message}, {" url='", read.url}};
         for (const auto& [name, value] : texts)
             if (value) text << name << value << "'";
-        EXPECT_EQ(read.ranges != nullptr, read.restrictCount != HealthReading::kUntouched);
-        const auto* const bytes = reinterpret_cast<const std::uint8_t*>(read.ranges);
-        for (std::uint32_t i = 0; bytes && i < 4 * read.restrictCount; ++i)
+        const auto* const bytes = reinterpret_cast<const std::uint8_t*>(read.restrictAddresses);
+        for (std::uint32_t i = 0; i < 4 * read.restrictCount; ++i)
             text << (i % 4 ? "." : " ") << int{bytes[i]};
     }
     EXPECT_EQ(g_mf_sem, outstanding);

@@ -7,42 +7,29 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <new>
 
 #include "ExpatLibrary.h"
-#include "health_reading.h"
 #include "hex.h"
-#include "hlxInterface.h"
 #include "hlxCommand.h"
 #include "hlxComposite.h"
+#include "hlxHealthReport.h"
+#include "hlxInterface.h"
 #include "hlxLog.h"
+#include "hlxMalloc.h"
 #include "record_contents.h"
 #include "temp_path.h"
 
 namespace {
 
-// The state between Arm and Disarm; it allocates nothing.
-struct Watch {
-    bool isArmed = false;
-    int callsLeft = 0;  // until the one that fails
-    std::size_t liveCount = 0;
-    void* live[1000];
-} g_watch;
+int g_callsLeft = 0;  // until the one that fails
+int g_blocks = 0;     // allocated and not released
 
-bool MayAllocate() { return !g_watch.isArmed || --g_watch.callsLeft != 0; }
-
-void* Track(void* block) {
-    if (g_watch.isArmed && block) g_watch.live[g_watch.liveCount++] = block;
+void* Count(void* block) {
+    g_blocks += block != nullptr;
     return block;
-}
-
-void Untrack(void* block) {
-    void** const end = g_watch.live + g_watch.liveCount;
-    void** const found = std::find(g_watch.live, end, block);
-    if (found != end) *found = g_watch.live[--g_watch.liveCount];
 }
 
 }  // namespace
@@ -53,13 +40,13 @@ void* __real_calloc(std::size_t count, std::size_t size);
 void __real_free(void* block);
 
 void* __wrap_malloc(std::size_t size) {
-    return MayAllocate() ? Track(__real_malloc(size)) : nullptr;
+    return --g_callsLeft == 0 ? nullptr : Count(__real_malloc(size));
 }
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-    return MayAllocate() ? Track(__real_calloc(count, size)) : nullptr;
+    return --g_callsLeft == 0 ? nullptr : Count(__real_calloc(count, size));
 }
 void __wrap_free(void* block) {
-    Untrack(block);
+    g_blocks -= block != nullptr;
     __real_free(block);
 }
 }
@@ -78,13 +65,12 @@ namespace {
 // returns whether it succeeded, and releases its results. Returns the number of allocations.
 int FailEachAllocation(const std::function<bool()>& operation) {
     for (int failing = 1;; ++failing) {
-        g_watch.liveCount = 0;
-        g_watch.callsLeft = failing;
-        g_watch.isArmed = true;
+        const int blocks = g_blocks;
+        g_callsLeft = failing;
         const bool gotAll = operation();
-        g_watch.isArmed = false;
-        EXPECT_EQ(g_watch.liveCount, 0u) << "leaks if allocation " << failing << " fails";
-        const bool hasFailed = g_watch.callsLeft <= 0;
+        const bool hasFailed = g_callsLeft <= 0;
+        g_callsLeft = 0;
+        EXPECT_EQ(g_blocks, blocks) << "leaks if allocation " << failing << " fails";
         EXPECT_EQ(gotAll, !hasFailed) << "allocation " << failing;
         if (!hasFailed) return failing - 1;
     }
@@ -93,61 +79,57 @@ int FailEachAllocation(const std::function<bool()>& operation) {
 TEST(Memory, RunsOutInTheHealthReader) {
     ASSERT_NE(hlx_expatFunctions(), nullptr);
     EXPECT_THROW(throw std::bad_alloc(), std::bad_alloc) << "what the runtime keeps for throwing";
-    constexpr char kDocument[] =
-        "<HLXHealthResult><Message popup='a value that is long enough for the heap'>text that is "
-        "long enough for the heap</Message><Browser url='a'/><RestrictIP>1.1.1.1-2.2.2.2"
-        "</RestrictIP></HLXHealthResult>";
     int withoutRawResult = 0;
     FailEachAllocation([&] {
-        const HealthReading read(kDocument);
-        const bool gotRest = read.message && read.url && read.ranges && read.ranges[1];
-        withoutRawResult += read.result == HLX_NO_MEMORY && gotRest && !read.raw;
-        return read.result == HLX_DONE && gotRest && read.raw;
+        HealthReport read;
+        const HlxResult result = read.Read(
+            "<HLXHealthResult><Message popup='a value that is long enough for the heap'>text"
+            "</Message><Browser url='a'/><RestrictIP>1.1.1.1-2.2.2.2</RestrictIP>"
+            "</HLXHealthResult>");
+        const bool gotRest = read.message && read.url && read.restrictAddresses;
+        withoutRawResult += result == HLX_NO_MEMORY && gotRest && !read.rawResult;
+        return result == HLX_DONE && gotRest && read.rawResult;
     });
     hlx_unloadExpat();
     EXPECT_EQ(withoutRawResult, 1);
 }
 
-// A record encoded and decoded, a composite message and a frame.
-TEST(Memory, RunsOutInTheAgentLink) {
+TEST(Memory, RunsOutInRecordsMessagesAndFrames) {
     const auto* const blob = B("blob");
-    const auto exchangeRecord = [&] {
-        const std::uint32_t ints[] = {1, 2};
-        std::uint32_t size, error;
-        std::uint8_t* const record =
-            hlx_encodeRecord(1, 0, 4, blob, 4, blob, 0, 4, blob, 0, 2, ints, &size, &error);
-        EXPECT_EQ(error, record ? 0u : 1u);
-        if (!record) return false;
-        const RecordContents read(record, size);
-        std::free(record);
-        EXPECT_EQ(read.result == HLX_DONE,
-                  read.ints && read.blobs[0] && read.blobs[1] && read.blobs[2]);
-        return read.result == HLX_DONE;
-    };
-    EXPECT_EQ(FailEachAllocation(exchangeRecord), 5);
-    const auto buildComposite = [&] {
-        std::uint32_t size = 0;
-        std::int32_t error = 0;
-        std::uint8_t* const message = hlx_buildComposite(4, blob, 4, blob, 4, blob, &size, &error);
-        EXPECT_EQ(error, message ? 0 : 1);
-        std::free(message);
-        return message != nullptr;
-    };
-    EXPECT_EQ(FailEachAllocation(buildComposite), 1);
-#ifndef _WIN32  // where the process has a private registry
+    EXPECT_EQ(FailEachAllocation([&] {
+                  const std::uint32_t ints[] = {1, 2};
+                  std::uint32_t size, error;
+                  std::uint8_t* const record = hlx_encodeRecord(1, 0, 4, blob, 4, blob, 0, 4, blob,
+                                                                0, 2, ints, &size, &error);
+                  EXPECT_EQ(error, record ? 0u : 1u);
+                  if (!record) return false;
+                  const RecordContents read(record, size);
+                  std::free(record);
+                  const bool gotAll = read.ints && read.blobs[0] && read.blobs[1] && read.blobs[2];
+                  EXPECT_EQ(read.result == HLX_DONE, gotAll);
+                  return gotAll;
+              }),
+              5);
+    EXPECT_EQ(FailEachAllocation([&] {
+                  std::uint32_t size = 0;
+                  std::int32_t error = 0;
+                  std::uint8_t* const message =
+                      hlx_buildComposite(4, blob, 4, blob, 4, blob, &size, &error);
+                  EXPECT_EQ(error, message ? 0 : 1);
+                  std::free(message);
+                  return message != nullptr;
+              }),
+              1);
     HKEY key = nullptr;
     const DWORD useTcp = 1;
     RegCreateKeyExA(HKEY_LOCAL_MACHINE, HLX_AGENT_KEY, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
                     nullptr);
     RegSetValueExA(key, "UseTCP", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&useTcp), 4);
     RegCloseKey(key);
-#endif
-    const std::int32_t setting = hlx_useTcp();
-    const auto send = [&] {  // only up to its frame, since the sockets are not initialised
+    FailEachAllocation([] {  // only up to the frame, since the sockets are not initialised
         g_useTcp = -1;
-        return hlx_requestReassess() == WSANOTINITIALISED && g_useTcp == setting;
-    };
-    FailEachAllocation(send);
+        return hlx_requestReassess() == WSANOTINITIALISED && g_useTcp == 1;
+    });
 }
 
 TEST(Memory, RunsOutInTheLogAndTheAllocator) {
@@ -163,13 +145,13 @@ TEST(Memory, RunsOutInTheLogAndTheAllocator) {
     };
     EXPECT_TRUE(openLog()) << "what the simulator keeps for handles";
     FailEachAllocation(openLog);
-    const auto copyText = [] {
-        char* const copy = hlxstrdup("text");
-        if (copy) hlxfree(copy);
-        return copy != nullptr;
-    };
     const std::uint32_t failed = g_mf_failed_malloc;
-    EXPECT_EQ(FailEachAllocation(copyText), 1);
+    EXPECT_EQ(FailEachAllocation([] {
+                  char* const copy = hlxstrdup("text");
+                  if (copy) hlxfree(copy);
+                  return copy != nullptr;
+              }),
+              1);
     EXPECT_EQ(g_mf_failed_malloc, failed + 1);
 }
 
