@@ -74,9 +74,14 @@ void Story::StartWith(const HealthDocument& document) {
     Deliver(document);
     Start();
     Pass();
-    const bool expectsIcon = document.icon == "yes" && document.enabled == "true";
-    if (expectsIcon && !FaultRun::Current() && Tray().empty() && desktop::Boxes().empty())
+    NoteIcon(document);
+    if (document.HasIcon() && !FaultRun::Current() && Tray().empty() && desktop::Boxes().empty())
         ADD_FAILURE() << "The applet shows neither icon nor box after a poll period of 5 s";
+}
+
+void Story::NoteIcon(const HealthDocument& document) {
+    if (FaultRun::Current() && !FaultRun::Current()->HasFailed())
+        m_hasIcon = document.HasIcon() && Tip(TRAY_ID_HEALTH) != "";
 }
 
 // A fault during the start may leave out one watcher or the start timer; other events are still
@@ -86,6 +91,7 @@ void Story::RequireThatItGoesOn(const FaultRun& run) {
     if (!m_session) return;
     desktop::Advance(10s);  // an end that has begun waits for its watchers
     if (!ExitCode()) {
+        run.Require(!m_hasIcon || Tip(TRAY_ID_HEALTH) != "", "the last good state is shown");
         Show({.state = "low"});
         Show({.state = "medium"});
         Report(HLX_INSTALL_RESULTS_KEY, "after the fault", 0);
@@ -121,13 +127,15 @@ void Story::WriteFile(const std::string& name, const std::string& text) const {
     std::filesystem::rename(path, m_agentDirectory / name);
 }
 
-void Story::Deliver(const HealthDocument& document) const {
+void Story::Deliver(const HealthDocument& document) {
+    m_hasIcon &= document.HasIcon();
     WriteFile(HLX_HEALTH_FILE, document.Text());
 }
 
-void Story::Show(const HealthDocument& document) const {
+void Story::Show(const HealthDocument& document) {
     Deliver(document);
     Pass();
+    NoteIcon(document);
 }
 
 void Story::Offer(const std::string& name, const std::string& version) const {

@@ -48,6 +48,10 @@ struct HealthDocument {
     std::string more = {};  // elements as they are
 
     std::string Text() const;
+    bool HasIcon() const {
+        return icon == "yes" && enabled == "true" &&
+               (state == "low" || state == "medium" || state == "high");
+    }
 };
 
 class Story : public testing::Test {
@@ -68,9 +72,9 @@ protected:
 
     // The agent
     void WriteFile(const std::string& name, const std::string& text) const;
-    void Deliver(const HealthDocument& document) const;
+    void Deliver(const HealthDocument& document);
     // Delivers a result and lets the applet see it.
-    void Show(const HealthDocument& document) const;
+    void Show(const HealthDocument& document);
     void Offer(const std::string& name, const std::string& version) const;
     // How long ago something happened, in ticks of 100 ns; nothing: nobody knows.
     using Age = std::optional<std::chrono::nanoseconds>;
@@ -93,11 +97,14 @@ protected:
 private:
     // After a fault: the applet serves what comes next, or has ended; nothing of it is left.
     void RequireThatItGoesOn(const FaultRun& run);
+    void NoteIcon(const HealthDocument& document);
     static void RequireNothingLeft(const std::string& kind,
                                    std::map<std::string, std::size_t> objects);
 
     const Loopback m_agent{SOCK_DGRAM, 30022};
     bool m_failedAtStart = false;
+    // In a run with a fault: the health icon was shown before it, and no result has removed it.
+    bool m_hasIcon = false;
     std::optional<desktop::Session> m_session;
 };
 
