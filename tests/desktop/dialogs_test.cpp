@@ -52,35 +52,14 @@ protected:
     }
 };
 
-TEST_F(Dialogs, AvailableUpdates) {
-    Offer("Agent", "4.2.7-2");
-    StartWith({});
-    ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_UPDATES));
-    EXPECT_EQ(Front().caption, "Install Tessara Link Updates");
-    EXPECT_EQ(TextOf(IDC_INTRO),
-              "The following Tessara Link software updates are available for download.  Click Yes "
-              "to download and install them now; click No if you do not wish to install the update "
-              "at this time.");
-    EXPECT_EQ(TextOf(IDC_LIST_LABEL), "Available Updates:");
-    EXPECT_THAT(FrontRows(), ElementsAre("Agent|4.2.7-2"));
-    EXPECT_EQ(FrontList().exStyle, 0x10020u);
-    EXPECT_TRUE(FrontList().redraws);
-    EXPECT_EQ(FrontColumn(0).title, "Name");
-    EXPECT_EQ(FrontColumn(1).title, "Version");
-    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH, TRAY_ID_UPDATES)) << "stays while it is open";
-    ASSERT_TRUE(desktop::Press("Yes"));
-    EXPECT_THAT(Frames(), ElementsAre(kDownloadFrame));
-    EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
-}
-
 bool g_rowObjectIsGone = false;
 
 struct RowObject : CRowObject {
     ~RowObject() override { g_rowObjectIsGone = true; }
 };
 
-// The dialog reads and judges the offer again. Its columns are as wide as the title or, with 15
-// pixels more, the widest cell, and 15 more; a character has 6.
+// The dialog reads the offer again and compares its version. Its columns are as wide as the title
+// or, with 15 pixels more, the widest cell, and 15 more; a character has 6.
 TEST_F(Dialogs, TheOfferMayHaveChangedSinceItWasAnnounced) {
     const struct {
         const char *name, *version;
@@ -98,7 +77,19 @@ TEST_F(Dialogs, TheOfferMayHaveChangedSinceItWasAnnounced) {
         std::filesystem::remove(m_agentDirectory / HLX_SWCACHE_FILE);
         if (name) Offer(name, version);
         ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_UPDATES));
-        ASSERT_EQ(FrontRows().size(), rows);
+        EXPECT_EQ(Front().caption, "Install Tessara Link Updates");
+        EXPECT_EQ(TextOf(IDC_INTRO),
+                  "The following Tessara Link software updates are available for download.  Click "
+                  "Yes to download and install them now; click No if you do not wish to install "
+                  "the update at this time.");
+        EXPECT_EQ(TextOf(IDC_LIST_LABEL), "Available Updates:");
+        std::vector<std::vector<std::string>> cells;
+        if (rows) cells = {{name, version}};
+        ASSERT_EQ(FrontList().rows, cells);
+        EXPECT_EQ(FrontList().exStyle, 0x10020u);
+        EXPECT_TRUE(FrontList().redraws);
+        EXPECT_EQ(FrontColumn(0).title + FrontColumn(1).title, "NameVersion");
+        EXPECT_EQ(Tray().size(), 2u) << "while the dialog is open";
         EXPECT_EQ(FrontColumn(0).width, nameWidth);
         EXPECT_EQ(FrontColumn(1).width, versionWidth);
         if (rows) Attach(0, new RowObject);
@@ -107,6 +98,7 @@ TEST_F(Dialogs, TheOfferMayHaveChangedSinceItWasAnnounced) {
         else
             desktop::PressKey(VK_RETURN);
         EXPECT_THAT(Frames(), ElementsAre(kDownloadFrame)) << "id 1, and Yes by default";
+        EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
         EXPECT_EQ(std::exchange(g_rowObjectIsGone, false), rows == 1);
     }
 }
@@ -116,9 +108,11 @@ TEST_F(Dialogs, FailedDownloadsListsTheLatestBatch) {
     StartWith({});
     Report(HLX_DOWNLOAD_RESULTS_KEY, "old", kFailed, 601s);
     Report(HLX_DOWNLOAD_RESULTS_KEY, "edge", kFailed, 600s);
+    const std::string record = Record(kFailed, 0s);
+    WriteValue(HLX_DOWNLOAD_RESULTS_KEY, "short", REG_BINARY, record.substr(0, 8));
+    WriteValue(HLX_DOWNLOAD_RESULTS_KEY, "long", REG_BINARY, record + record);
+    WriteValue(HLX_DOWNLOAD_RESULTS_KEY, "text", REG_SZ, record);
     Report(HLX_DOWNLOAD_RESULTS_KEY, "good", 0);
-    WriteValue(HLX_DOWNLOAD_RESULTS_KEY, "long", REG_BINARY, std::string(13, '\xFF'));
-    WriteValue(HLX_DOWNLOAD_RESULTS_KEY, "text", REG_SZ, std::string(12, '\xFF'));
     Report(HLX_DOWNLOAD_RESULTS_KEY, "timeless", kFailed, std::nullopt);
     Report(HLX_DOWNLOAD_RESULTS_KEY, "unknown", 0xC1230001);
     desktop::Advance(11min);
@@ -233,10 +227,6 @@ protected:
         StartWith({});
         ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
     }
-    static void OpenWithReboot() {
-        Report(HLX_INSTALL_RESULTS_KEY, "x", 3010);
-        ASSERT_TRUE(desktop::DoubleClick(TRAY_ID_INSTALLED));
-    }
 };
 
 TEST_F(InstalledUpdates, NamesTheProductOfEachFile) {
@@ -272,7 +262,7 @@ TEST_F(InstalledUpdates, NamesTheProductOfEachFile) {
     EXPECT_THAT(Frames(), IsEmpty());
 }
 
-TEST_F(InstalledUpdates, FilesThatNobodyKnowsGetNoRow) {
+TEST_F(InstalledUpdates, FilesWithoutAProductGetNoRow) {
     simulator::FailNext("MsiGetProductCodeA", 1, ERROR_UNKNOWN_COMPONENT);
     Report(HLX_INSTALL_RESULTS_KEY, "gone.dll", 3010);
     // A product without a name; the installer is not asked.
@@ -300,55 +290,43 @@ TEST_F(InstalledUpdates, AClickOnAHeaderSorts) {
     }
 }
 
-TEST_F(InstalledUpdates, TheFirstRowAlonePutsTheRebootQuestion) {
+TEST_F(InstalledUpdates, OnlyYesRebootsAndOnlyForTheFirstRow) {
     const struct {
         DWORD firstResult, secondResult;
-        bool isPut;
-    } cases[] = {{1641, 0, true}, {3010, 0, true}, {3011, 0, true}, {0, 3010, false}};
+        WPARAM answer;
+        bool isOffered;
+        const char* refused = nullptr;
+    } cases[] = {{3010, 0, IDYES, true},
+                 {1641, 0, IDNO, true},
+                 {3010, 0, IDOK, true},
+                 {3011, 0, IDCANCEL, true},
+                 {0, 3010, IDYES, false},
+                 {3010, 0, IDYES, false, "OpenProcessToken"},
+                 {3010, 0, IDYES, false, "AdjustTokenPrivileges"},
+                 {3010, 0, IDYES, false, "SetDlgItemTextA"},
+                 // Nothing to adjust is no failure.
+                 {3010, 0, IDYES, true, "LookupPrivilegeValueA"}};
     StartWith({});
     for (const auto& each : cases) {
+        SCOPED_TRACE(&each - cases);
         Report(HLX_INSTALL_RESULTS_KEY, "1", each.firstResult);
         Report(HLX_INSTALL_RESULTS_KEY, "2", each.secondResult);
+        if (each.refused) simulator::FailNext(each.refused, 1, ERROR_ACCESS_DENIED);
         desktop::DoubleClick(TRAY_ID_INSTALLED);
-        EXPECT_EQ(TextOf(IDYES), each.isPut ? "Yes" : "OK") << each.firstResult;
-        EXPECT_EQ(ControlOf(IDNO).visible, each.isPut);
+        EXPECT_EQ(TextOf(IDYES), each.isOffered ? "Yes" : "OK");
+        EXPECT_EQ(ControlOf(IDNO).visible, each.isOffered);
         EXPECT_EQ(TextOf(IDC_INTRO).ends_with(
                       "results.\r\n\r\nThe update requires a reboot to finish.  Click Yes to "
                       "reboot the system now, or No to reboot later."),
-                  each.isPut);
-        desktop::CloseWindow();
-    }
-}
-
-TEST_F(InstalledUpdates, OnlyYesReboots) {
-    StartWith({});
-    OpenWithReboot();
-    desktop::Press("No");
-    OpenWithReboot();
-    PostToFront(0, WM_COMMAND, IDOK);
-    EXPECT_THAT(desktop::Dialogs(), IsEmpty()) << "id 1 only closes";
-    OpenWithReboot();
-    desktop::CloseWindow();
-    EXPECT_THAT(desktop::Reboots(), IsEmpty());
-    OpenWithReboot();
-    desktop::Press("Yes");
-    ASSERT_EQ(desktop::Reboots().size(), 1u);
-    EXPECT_EQ(desktop::Reboots().at(0).flags, 6u);
-    EXPECT_EQ(desktop::Reboots().at(0).reason, 0x80040003u);
-    EXPECT_EQ(simulator::LiveObjects()["token"], 0u);
-}
-
-TEST_F(InstalledUpdates, WithoutTheRightToShutDownNoRebootIsOffered) {
-    StartWith({});
-    for (const auto& [refused, button] :
-         {std::pair{"OpenProcessToken", "OK"},
-          {"AdjustTokenPrivileges", "OK"},
-          {"SetDlgItemTextA", "OK"},
-          {"LookupPrivilegeValueA", "Yes"}}) {  // nothing to adjust is no failure
-        simulator::FailNext(refused, 1, ERROR_ACCESS_DENIED);
-        OpenWithReboot();
-        EXPECT_EQ(TextOf(IDYES), button) << refused;
-        desktop::CloseWindow();
+                  each.isOffered);
+        PostToFront(0, WM_COMMAND, each.answer);
+        EXPECT_THAT(desktop::Dialogs(), IsEmpty());
+        EXPECT_EQ(desktop::Reboots().size(), each.isOffered && each.answer == IDYES ? 1u : 0u);
+        for (const auto& reboot : desktop::Reboots()) {
+            EXPECT_EQ(reboot.flags, 6u);
+            EXPECT_EQ(reboot.reason, 0x80040003u);
+        }
+        desktop::Forget();
     }
 }
 

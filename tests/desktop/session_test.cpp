@@ -15,6 +15,12 @@ protected:
 
     void ReassessByMenu(const char* tip) {
         EXPECT_TRUE(desktop::RightClick(TRAY_ID_HEALTH));
+        const auto menu = desktop::OpenMenu().value_or(desktop::Menu{});
+        std::vector<std::string> texts;
+        for (const auto& item : menu.items)
+            texts.push_back(item.text + (item.isDefault ? " (default)" : ""));
+        EXPECT_THAT(texts, ElementsAre("Display last health results (default)", "Reassess health",
+                                       "About"));
         EXPECT_TRUE(desktop::Choose("Reassess health"));
         desktop::Advance(2s);  // the time that a frame by TCP takes
         EXPECT_EQ(Tip(TRAY_ID_HEALTH), tip);
@@ -35,7 +41,14 @@ protected:
 TEST_F(WholeSession, EverythingOnce) {
     Offer("Agent", "4.2.7-2");
     StartWith({.state = "low", .message = "Please call.", .url = "http://help"});
-    EXPECT_EQ(desktop::Boxes().size(), 1u);
+    const auto boxes = desktop::Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].caption, "Tessara Link Health");
+    EXPECT_EQ(boxes[0].text, "Please call.");
+    EXPECT_TRUE(boxes[0].topmost);
+    EXPECT_THAT(boxes[0].buttons, ElementsAre("OK"));
+    EXPECT_THAT(desktop::Pages(), IsEmpty());
+    EXPECT_EQ(Tip(TRAY_ID_HEALTH), "") << "before the box is answered";
     desktop::PressKey(VK_RETURN);
     EXPECT_THAT(desktop::Pages(), ElementsAre("http://help"));
 

@@ -8,22 +8,6 @@ protected:
     TrayIcons() { StartWith({}); }
 };
 
-TEST_F(TrayIcons, TheMenuOfTheHealthIcon) {
-    desktop::MovePointer(300, 400);
-    ASSERT_TRUE(desktop::RightClick(TRAY_ID_HEALTH));
-    const auto menu = desktop::OpenMenu();
-    ASSERT_TRUE(menu);
-    EXPECT_EQ(menu->place.x, 300);
-    EXPECT_EQ(menu->place.y, 400);
-    std::vector<std::string> texts;
-    for (const auto& item : menu->items) texts.push_back(item.text);
-    EXPECT_THAT(texts, ElementsAre("Display last health results", "Reassess health", "About"));
-    EXPECT_TRUE(menu->items.at(0).isDefault);
-    ASSERT_TRUE(desktop::Choose("Reassess health"));
-    EXPECT_FALSE(desktop::OpenMenu());
-    EXPECT_EQ(Frames().size(), 1u);
-}
-
 TEST_F(TrayIcons, APointBesideAllMonitorsIsDrawnToTheNearestInX) {
     for (const auto& [pointer, menu] : {std::pair{-50, 0}, {5000, 1024}}) {
         desktop::MovePointer(pointer, 5000);

@@ -30,32 +30,21 @@ TEST_F(UpdateEvents, AnOfferIsAnnouncedWithTheFirstResult) {
 TEST_F(UpdateEvents, RecentRecordsAreAnnounced) {
     const struct {
         const char *what, *key;
-        DWORD type;
         Age age;
         DWORD result;
-        std::size_t size;
         bool isAnnounced;
     } cases[] = {
-        {"just now", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 12, true},
-        {"a bad result counts", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 1603, 12, true},
-        {"at the limit", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 600s, 0, 12, true},
-        {"a tick beyond", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 600s + 100ns, 0, 12, false},
-        {"to come", HLX_INSTALL_RESULTS_KEY, REG_BINARY, -100ns, 0, 12, false},
-        {"another type", HLX_INSTALL_RESULTS_KEY, REG_SZ, 0s, 0, 12, false},
-        {"too long", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 13, false},
-        {"too short", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 8, false},
-        {"empty", HLX_INSTALL_RESULTS_KEY, REG_BINARY, 0s, 0, 0, false},
-        {"a failure", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, 0s, kFailed, 12, true},
-        {"an old failure", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, 601s, kFailed, 12, false},
-        {"a failure without a time", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, {}, kFailed, 12, true},
-        {"a success without a time", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, {}, 0, 12, false},
-        {"a positive code", HLX_DOWNLOAD_RESULTS_KEY, REG_BINARY, 0s, 0x7FFFFFFF, 12, false},
+        {"an installation", HLX_INSTALL_RESULTS_KEY, 600s, 0, true},
+        {"a bad result", HLX_INSTALL_RESULTS_KEY, 0s, 1603, true},
+        {"an old one", HLX_INSTALL_RESULTS_KEY, 601s, 0, false},
+        {"a failure", HLX_DOWNLOAD_RESULTS_KEY, 0s, kFailed, true},
+        {"a failure without a time", HLX_DOWNLOAD_RESULTS_KEY, {}, kFailed, true},
+        {"a success without a time", HLX_DOWNLOAD_RESULTS_KEY, {}, 0, false},
+        {"a positive code", HLX_DOWNLOAD_RESULTS_KEY, 0s, 0x7FFFFFFF, false},
     };
     StartWith({});
     for (const auto& each : cases) {
-        std::string data = Record(each.result, each.age);
-        data.resize(each.size);
-        WriteValue(each.key, "value", each.type, data);
+        Report(each.key, "value", each.result, each.age);
         const auto tray = Tray();
         EXPECT_EQ(tray.size(), each.isAnnounced ? 2u : 1u) << each.what;
         if (tray.size() < 2) continue;

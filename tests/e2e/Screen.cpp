@@ -72,7 +72,7 @@ bool AssistantIsThere() { return AssistantsFolder() != nullptr; }
 bool AskAssistant(const std::string& request) {
     if (!AssistantIsThere()) return false;
     const std::filesystem::path folder = AssistantsFolder();
-    std::ofstream(folder / "draft") << request << '\n';
+    std::ofstream(folder / "draft", std::ios::binary) << request << '\n';
     std::filesystem::rename(folder / "draft", folder / "request");
     return WaitFor([&] { return !exists(folder / "request"); }, kRequestLimitMs) &&
            !exists(folder / "request.refused");
