@@ -1,4 +1,4 @@
-// How the simulated threads wait, and how an observer knows that all of them are idle.
+// How the simulated threads wait, and how an observer finds that all of them are idle.
 //
 // One lock guards everything that a thread can wait for: events, queues, timers, ends of threads. A
 // waiting thread stores its condition as a predicate without side effects, so a thread that holds

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-// Wine says who it is; neither Windows nor the simulator has that function.
+// Wine exports this function; neither Windows nor the simulator has it.
 inline bool IsWine() {
     const HMODULE system = GetModuleHandleA("ntdll.dll");
     return system && GetProcAddress(system, "wine_get_version");

@@ -13,6 +13,8 @@
 
 namespace {
 
+using testing::ElementsAre;
+
 FILETIME Time(std::uint64_t ticks) {
     return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
 }
@@ -33,23 +35,18 @@ TEST(VersionInfo, ReadsTheProgramsOwnBlock) {
     EXPECT_EQ(info.GetProductVersionMS(), 0u);
     EXPECT_EQ(info.GetProductName(), "");
     ASSERT_EQ(info.LoadModule(nullptr), 1);
-    EXPECT_EQ(info.GetProductVersionMS(), 0x00040002u);
-    EXPECT_EQ(info.GetProductVersionLS(), 0x00070001u);
-    EXPECT_EQ(info.GetFileVersionMS(), 0x00040002u);
-    EXPECT_EQ(info.GetFileVersionLS(), 0x00070001u);
-    EXPECT_EQ(info.GetFileOS(), 0x40004u);
-    EXPECT_EQ(info.GetFileType(), 1u);
-    EXPECT_EQ(info.GetFileSubtype(), 0u);
-    EXPECT_EQ(info.GetFileFlagsMask(), 0x3Fu);
-    EXPECT_EQ(info.GetFileFlags(), 0u);
-    EXPECT_EQ(info.GetProductVersion(), "4.2.7-1");
-    EXPECT_EQ(info.GetFileVersion(), "4.2.7-1");
-    EXPECT_EQ(info.GetProductName(), "Tessara Link");
-    EXPECT_EQ(info.GetCompanyName(), "Corvane Systems");
-    EXPECT_EQ(info.GetFileDescription(), "Tessara Link tray applet");
-    EXPECT_EQ(info.GetInternalName(), "vh_tray");
-    EXPECT_EQ(info.GetOriginalFilename(), "vh_tray.exe");
-    EXPECT_EQ(info.GetComments(), "") << "the block has none";
+    EXPECT_THAT((std::vector{info.GetProductVersionMS(), info.GetProductVersionLS(),
+                             info.GetFileVersionMS(), info.GetFileVersionLS(), info.GetFileOS(),
+                             info.GetFileType(), info.GetFileSubtype(), info.GetFileFlagsMask(),
+                             info.GetFileFlags()}),
+                ElementsAre(0x00040002u, 0x00070001u, 0x00040002u, 0x00070001u, 0x40004u, 1u, 0u,
+                            0x3Fu, 0u));
+    EXPECT_THAT(
+        (std::vector{info.GetProductVersion(), info.GetFileVersion(), info.GetProductName(),
+                     info.GetCompanyName(), info.GetFileDescription(), info.GetInternalName(),
+                     info.GetOriginalFilename(), info.GetComments()}),
+        ElementsAre("4.2.7-1", "4.2.7-1", "Tessara Link", "Corvane Systems",
+                    "Tessara Link tray applet", "vh_tray", "vh_tray.exe", ""));
     EXPECT_EQ(info.GetLastErrorText(), nullptr);
     CVersionInfo other;
     ASSERT_EQ(other.LoadFile(SAMPLE_CPL), 1);
@@ -59,7 +56,7 @@ TEST(VersionInfo, ReadsTheProgramsOwnBlock) {
     SYSTEMTIME date;
     info.GetFileDateSystemTime(date);
     EXPECT_EQ(date.wYear, 1601);
-    EXPECT_LT(info.GetFileDateVariant(), 0.0) << "1601 lies before the first day of the dates";
+    EXPECT_LT(info.GetFileDateVariant(), 0.0) << "1601 is before the first day of the dates";
     EXPECT_THAT(info.GetFileDateString(), testing::HasSubstr("1601"));
 }
 
@@ -106,13 +103,12 @@ TEST(ResultList, RecordsSortByTimeInWholeSecondsAndByUnsignedCode) {
     for (const auto& [list, time, code] :
          {std::tuple<const CSortListViewImpl&, int, int>{installed, 2, 3}, {failed, 1, 2}}) {
         EXPECT_EQ(list.FormatResultTime(records[3]), "");
-        EXPECT_EQ(list.CompareItemsCustom(early, late, time), -1);
-        EXPECT_EQ(list.CompareItemsCustom(late, early, time), 1);
-        EXPECT_EQ(list.CompareItemsCustom(early, sameSecond, time), 0);
-        EXPECT_EQ(list.CompareItemsCustom(none, early, time), -1);
-        EXPECT_EQ(list.CompareItemsCustom(early, late, code), -1);
-        EXPECT_EQ(list.CompareItemsCustom(late, early, code), 1);
-        EXPECT_EQ(list.CompareItemsCustom(early, sameSecond, code), 0);
+        for (const int column : {time, code}) {
+            EXPECT_EQ(list.CompareItemsCustom(early, late, column), -1);
+            EXPECT_EQ(list.CompareItemsCustom(late, early, column), 1);
+            EXPECT_EQ(list.CompareItemsCustom(early, sameSecond, column), 0);
+            EXPECT_EQ(list.CompareItemsCustom(none, early, column), -1);
+        }
         EXPECT_EQ(list.CompareItemsCustom(early, late, 0), 0);
     }
 }

@@ -33,7 +33,7 @@ TEST(Log, PassesByLevelAndMask) {
         hlx_log(log, each.level, each.mask, "text");
         EXPECT_EQ(log->line_count, each.lines) << each.contextLevel << " " << each.level;
     }
-    hlx_log(nullptr, 0, UINT32_MAX, "nobody");
+    hlx_log(nullptr, 0, UINT32_MAX, "no context");
     EXPECT_EQ(hlx_logGetMask(nullptr), 0u);
 }
 
@@ -205,7 +205,7 @@ TEST(SwCache, ReadsFourFieldsByTheirDelimiters) {
 
 TEST(SwCache, IsWrittenInPlaceOfAnOlderAndRemoved) {
     const TempPath path("written");
-    path.Write("a longer text that stood there before");
+    path.Write("a longer text from before");
     EXPECT_EQ(hlx_setSwCache(path.c_str(), "Agent", "4.2.7-2", "", "x:y"), 0u);
     EXPECT_EQ(path.Text(), "Agent:4.2.7-2::x:y\n");
     EXPECT_EQ(hlx_removeSwCache(path.c_str()), 0u);

@@ -144,7 +144,7 @@ TEST_F(Machine, TakesTheTransportFromTheKeyOnceItOpens) {
     EXPECT_EQ(hlx_useTcp(), 0) << "it is not read again";
     g_useTcp = -1;
     EXPECT_EQ(hlx_useTcp(), 2);
-    EXPECT_EQ(hlx_requestDownload(), 0) << "by UDP, where nobody has to listen";
+    EXPECT_EQ(hlx_requestDownload(), 0) << "by UDP, which needs no listener";
 }
 
 TEST_F(Machine, RepeatsADatagramThatWouldBlockALimitedNumberOfTimes) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "hex.h"
+#include "hlxSocket.h"
 
 class Loopback {
 public:
@@ -14,11 +15,8 @@ public:
         WSADATA data;
         WSAStartup(0x0202, &data);
         m_socket = socket(AF_INET, type, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(port);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+        const sockaddr_in address = hlx_loopbackAddress(port);
+        if (bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
             throw std::runtime_error("the daemon's port is taken");
     }
     ~Loopback() {
