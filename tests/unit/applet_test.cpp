@@ -23,7 +23,7 @@ constexpr std::uint64_t kNoon = 134'393'904'000'000'000;  // 2026-11-17 12:00:00
 
 TEST(NewerVersion, ComparesFourNumbersWithTheProgramsOwn) {
     for (const char* newer : {"4.2.7-2", "4.2.7.2", "4.3.0-0", "5.0.0.0", "5.0.0-0-7", "..5..0.0-0",
-                              "4.2.8.0", "70000.0.0.0", "-5-0-0-0"})
+                              "4.2.8.0", "70000.0.0.0", "4294967296.0.0.0", "-5-0-0-0"})
         EXPECT_TRUE(IsNewerVersion(newer)) << newer;
     for (const char* not_newer : {"4.2.7-1", "4.2.7.1", "4.2.6-99", "3.9.9.9", "4.1.99.99", "5",
                                   "5.0.0", "", ".-.-", "4.2.x.9", "next version"})

@@ -130,7 +130,7 @@ TEST(Composite, IsReadWithinItsSizeOnly) {
         {{11, 2, 3}, 30, false},         {{kHalf, 2, 3}, 30, false},
         {{3, 2, 8}, 30, true},           {{3, 2, 9}, 30, false},
         {{3, kHalf, kHalf}, 30, false},  {{3, 2, 3, 10, 0}, 30, true},
-        {{3, 2, 3, 11, 0}, 30, false},   {{3, 2, 3, kHalf, kHalf}, 30, false},
+        {{3, 2, 3, 11, 0}, 30, false},   {{3, 2, 3, UINT32_MAX, 10}, 30, false},
         {{3, 2, 3, 0, kHalf}, 30, true},
     };
     std::uint32_t length;
@@ -210,8 +210,8 @@ TEST(Record, RefusesWhatTheFormatCannotHold) {
         return error;
     };
     EXPECT_EQ(errorOf(1, HLX_LONGEST_RECORD - 39, bytes.data(), 0), 0u);
-    EXPECT_EQ(errorOf(1, HLX_LONGEST_RECORD - 38, bytes.data(), 0), 1u);
-    EXPECT_EQ(errorOf(1, UINT32_MAX, bytes.data(), 0), 1u);
+    for (const std::uint32_t length : {HLX_LONGEST_RECORD - 38u, UINT32_MAX})
+        EXPECT_EQ(errorOf(1, length, bytes.data(), 0), 1u);
     for (const int type : {0, 1}) EXPECT_EQ(errorOf(type, 1, nullptr, 0), 1u);
     for (const int count : {-1, 1}) EXPECT_EQ(errorOf(1, 0, nullptr, count), 1u);
     for (const int type : {-1, 256}) EXPECT_EQ(errorOf(type, 0, nullptr, 0), 1u);
@@ -230,6 +230,9 @@ TEST(Record, IsDecodedWithinItsSizeOnly) {
     Bytes sound = {0, 39, 5, 1};
     sound.resize(39);
     EXPECT_EQ(Decoded(sound), "1 0 - - 0 - 0 0");
+    Bytes full(sound);
+    full[23] = 7;  // the third blob up to the end
+    EXPECT_EQ(Decoded(full), "1 0 - - 0  0 0");
     for (const auto& [offset, value, size] : cases) {
         Bytes record(sound);
         record[offset] = static_cast<std::uint8_t>(value);

@@ -149,9 +149,13 @@ TEST(Environment, SetsWhatIsNotEmpty) {
         std::int32_t readLevel;
         std::uint32_t readMask;
     } cases[] = {
-        {nullptr, "", "", 3, 0x30},     {"", "5", "0x200", 5, 0x200},
-        {"OTHER", "0x10", "010", 7, 8}, {"OTHER", "012", "99999999999999999999", 7, UINT32_MAX},
-        {"OTHER", "none", "x", 0, 0},   {"OTHER", "-1", "-16", 7, 0xFFFFFFF0},
+        {nullptr, "", "", 3, 0x30},
+        {"", "5", "0x200", 5, 0x200},
+        {"OTHER", "0x10", "010", 7, 8},
+        {"OTHER", "012", "99999999999999999999", 7, UINT32_MAX},
+        {"OTHER", "-4294967295", "-4294967296", 1, UINT32_MAX},
+        {"OTHER", "none", "x", 0, 0},
+        {"OTHER", "-1", "-16", 7, 0xFFFFFFF0},
     };
     for (const auto& each : cases) {
         const std::string name = each.prefix && *each.prefix ? each.prefix : "HLX_DAEMON";

@@ -19,6 +19,7 @@
 #include "hlxInterface.h"
 #include "hlxLog.h"
 #include "hlxMalloc.h"
+#include "hlxOwned.h"
 #include "record_contents.h"
 #include "temp_path.h"
 
@@ -96,35 +97,32 @@ TEST(Memory, RunsOutInTheHealthReader) {
 
 TEST(Memory, RunsOutInRecordsMessagesAndFrames) {
     const auto* const blob = B("blob");
-    EXPECT_EQ(FailEachAllocation([&] {
-                  const std::uint32_t ints[] = {1, 2};
-                  std::uint32_t size, error;
-                  std::uint8_t* const record = hlx_encodeRecord(1, 0, 4, blob, 4, blob, 0, 4, blob,
-                                                                0, 2, ints, &size, &error);
-                  EXPECT_EQ(error, record ? 0u : 1u);
-                  if (!record) return false;
-                  const RecordContents read(record, size);
-                  std::free(record);
-                  const bool gotAll = read.ints && read.blobs[0] && read.blobs[1] && read.blobs[2];
-                  EXPECT_EQ(read.result == HLX_DONE, gotAll);
-                  return gotAll;
-              }),
-              5);
-    EXPECT_EQ(FailEachAllocation([&] {
-                  std::uint32_t size = 0;
-                  std::int32_t error = 0;
-                  std::uint8_t* const message =
-                      hlx_buildComposite(4, blob, 4, blob, 4, blob, &size, &error);
-                  EXPECT_EQ(error, message ? 0 : 1);
-                  std::free(message);
-                  return message != nullptr;
-              }),
-              1);
+    const auto exchangeRecord = [&] {
+        const std::uint32_t ints[] = {1, 2};
+        std::uint32_t size, error;
+        const HlxBlock<std::uint8_t> record(
+            hlx_encodeRecord(1, 0, 4, blob, 4, blob, 0, 4, blob, 0, 2, ints, &size, &error));
+        EXPECT_EQ(error, record ? 0u : 1u);
+        if (!record) return false;
+        const RecordContents read(record.get(), size);
+        const bool gotAll = read.ints && read.blobs[0] && read.blobs[1] && read.blobs[2];
+        EXPECT_EQ(read.result == HLX_DONE, gotAll);
+        return gotAll;
+    };
+    EXPECT_EQ(FailEachAllocation(exchangeRecord), 5);
+    const auto buildComposite = [&] {
+        std::uint32_t size;
+        std::int32_t error;
+        const HlxBlock<std::uint8_t> message(
+            hlx_buildComposite(4, blob, 4, blob, 4, blob, &size, &error));
+        EXPECT_EQ(error, message ? 0 : 1);
+        return message != nullptr;
+    };
+    EXPECT_EQ(FailEachAllocation(buildComposite), 1);
     HKEY key = nullptr;
-    const DWORD useTcp = 1;
     RegCreateKeyExA(HKEY_LOCAL_MACHINE, HLX_AGENT_KEY, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
                     nullptr);
-    RegSetValueExA(key, "UseTCP", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&useTcp), 4);
+    RegSetValueExA(key, "UseTCP", 0, REG_DWORD, B("\1\0\0"), 4);
     RegCloseKey(key);
     FailEachAllocation([] {  // only up to the frame, since the sockets are not initialised
         g_useTcp = -1;
@@ -137,21 +135,20 @@ TEST(Memory, RunsOutInTheLogAndTheAllocator) {
     const auto openLog = [&] {
         HlxLogContext* log = nullptr;
         if (hlx_logCreate(&log, "program", 0, 0) != HLX_DONE) return false;
-        const HlxResult console = hlx_logAddSink(log, HLX_SINK_CONSOLE, nullptr);
-        const HlxResult opened = hlx_logAddSink(log, HLX_SINK_FILE, path.c_str());
-        const HlxResult events = hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr);
-        hlx_logDestroy(log);
-        return console == HLX_DONE && opened == HLX_DONE && events == HLX_DONE;
+        const HlxOwned<HlxLogContext*, hlx_logDestroy> owner(log);
+        const bool opensConsole = hlx_logAddSink(log, HLX_SINK_CONSOLE, nullptr) == HLX_DONE;
+        const bool opensFile = hlx_logAddSink(log, HLX_SINK_FILE, path.c_str()) == HLX_DONE;
+        return (hlx_logAddSink(log, HLX_SINK_EVENT_LOG, nullptr) == HLX_DONE) && opensConsole &&
+               opensFile;
     };
     EXPECT_TRUE(openLog()) << "what the simulator keeps for handles";
     FailEachAllocation(openLog);
+    const auto copyText = [] {
+        const HlxOwned<char*, hlxfree> copy(hlxstrdup("text"));
+        return copy != nullptr;
+    };
     const std::uint32_t failed = g_mf_failed_malloc;
-    EXPECT_EQ(FailEachAllocation([] {
-                  char* const copy = hlxstrdup("text");
-                  if (copy) hlxfree(copy);
-                  return copy != nullptr;
-              }),
-              1);
+    EXPECT_EQ(FailEachAllocation(copyText), 1);
     EXPECT_EQ(g_mf_failed_malloc, failed + 1);
 }
 
