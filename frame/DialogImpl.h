@@ -20,9 +20,9 @@ public:
 protected:
     // The object whose window the current thread creates; the first message of the window attaches
     // it.
-    static CDialogImplBase*& Newcomer() {
-        static thread_local CDialogImplBase* newcomer = nullptr;
-        return newcomer;
+    static CDialogImplBase*& DialogInCreation() {
+        static thread_local CDialogImplBase* dialog = nullptr;
+        return dialog;
     }
 
     static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -46,14 +46,14 @@ private:
     static CDialogImplBase* FromWindow(HWND window) {
         if (const LONG_PTR bound = GetWindowLongPtrA(window, GWLP_USERDATA))
             return reinterpret_cast<CDialogImplBase*>(bound);
-        CDialogImplBase* const newcomer = std::exchange(Newcomer(), nullptr);
-        if (newcomer) {
-            newcomer->m_hWnd = window;
-            SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(newcomer));
+        CDialogImplBase* const dialog = std::exchange(DialogInCreation(), nullptr);
+        if (dialog) {
+            dialog->m_hWnd = window;
+            SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(dialog));
             SetWindowLongPtrA(window, DWLP_DLGPROC,
-                              reinterpret_cast<LONG_PTR>(newcomer->GetDialogProc()));
+                              reinterpret_cast<LONG_PTR>(dialog->GetDialogProc()));
         }
-        return newcomer;
+        return dialog;
     }
 };
 
@@ -64,19 +64,19 @@ public:
     // Creates a modeless dialog. WM_INITDIALOG has been handled when it returns. Null: not created,
     // or destroyed by that handler.
     HWND Create(HWND owner) {
-        Newcomer() = this;
+        DialogInCreation() = this;
         CreateDialogParamA(_Module.GetModuleInstance(), MAKEINTRESOURCEA(T::IDD), owner, DialogProc,
                            0);
-        Newcomer() = nullptr;
+        DialogInCreation() = nullptr;
         return m_hWnd;
     }
 
     // Runs a modal dialog and returns the result given to EndDialog.
     INT_PTR DoModal(HWND owner) {
-        Newcomer() = this;
+        DialogInCreation() = this;
         const INT_PTR result = DialogBoxParamA(_Module.GetModuleInstance(),
                                                MAKEINTRESOURCEA(T::IDD), owner, DialogProc, 0);
-        Newcomer() = nullptr;
+        DialogInCreation() = nullptr;
         return result;
     }
 
