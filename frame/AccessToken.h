@@ -38,7 +38,7 @@ public:
         return OpenProcessToken(GetCurrentProcess(), access, &m_hToken);
     }
 
-    // False if the system refuses. A privilege that the system does not have need not be enabled.
+    // False if the system refuses. True if the system does not have the privilege.
     bool EnablePrivilege(LPCSTR name) {
         CTokenPrivileges wanted;
         return !wanted.Add(name, SE_PRIVILEGE_ENABLED) ||

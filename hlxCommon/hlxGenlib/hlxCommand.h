@@ -1,12 +1,12 @@
 // The one-way command channel from programs on the desktop to the agent daemon of the machine.
 //
 // A frame is a big-endian command number, the big-endian length of the payload and the payload. It
-// goes to 127.0.0.1 as one UDP datagram, or over a TCP connection of its own if the agent's
+// is sent to 127.0.0.1 as one UDP datagram, or over a separate TCP connection if the agent's
 // registry value UseTCP is 1. There is no reply: a result of 0 means that the local sockets
 // accepted the frame.
 //
 // The process must have initialised its sockets (WSAStartup). Any thread may send; the call blocks,
-// by TCP for one second longer than the connection takes.
+// by TCP until the connection is made and for one second more.
 #pragma once
 
 #include <atomic>

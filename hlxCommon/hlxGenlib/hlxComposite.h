@@ -17,8 +17,8 @@
 constexpr std::uint32_t HLX_COMPOSITE_HEADER_SIZE = 20;
 
 // Returns the message in a new block of `*size` bytes, to be released with free, and stores 0 in
-// `*error`. Returns null, with 1 in `*error` if it is there, if blob 1 or 2 is empty, an
-// out-parameter is missing or there is no memory. Blob 3 is left out if its length is 0 or its
+// `*error`. Returns null, and stores 1 if `error` is not null, if blob 1 or 2 is empty,
+// an out-parameter is null or there is no memory. Blob 3 is left out if its length is 0 or its
 // pointer null; its length is still included in the size (part of the interface, do not correct).
 std::uint8_t* hlx_buildComposite(std::uint32_t length1, const std::uint8_t* blob1,
                                  std::uint32_t length2, const std::uint8_t* blob2,

@@ -1,9 +1,9 @@
 // The reader of the health document: an XML document in UTF-8 becomes plain values.
 //
-// A program that writes the document, healthnotif.txt, for the applet: the applet compares the
-// last-write time of the file, in whole seconds, with its clock reading five seconds earlier, and
-// skips a file that is open for writing. So write a new file, set its last-write time one second
-// ahead, and rename it into place. A document with the state that is shown already has no effect.
+// For programs that write the document (healthnotif.txt): the applet compares the last-write time
+// of the file, in whole seconds, with its clock reading five seconds earlier, and skips a file that
+// is open for writing. So write a new file, set its last-write time one second ahead, and rename it
+// into place. A document with the state that is shown already has no effect.
 #pragma once
 
 #include <cstdint>

@@ -14,7 +14,7 @@ constexpr char HLX_INSTALL_RESULTS_KEY[] =
     R"(SOFTWARE\Corvane Systems\TessaraLink\updates\results)";
 constexpr char HLX_DOWNLOAD_RESULTS_KEY[] = R"(SOFTWARE\Corvane Systems\TessaraLink\downloads)";
 
-// The registration of the agent's Control Panel applet. The name of the value ends with a blank.
+// The registration of the agent's Control Panel applet. The name of the value ends with a space.
 constexpr char HLX_CPLS_KEY[] = R"(SOFTWARE\Microsoft\Windows\CurrentVersion\Control Panel\Cpls)";
 constexpr char HLX_CPLS_VALUE[] = "Tessara Link ";
 

@@ -1,8 +1,8 @@
 // An XML text held in memory as one flat list of elements, in the order of their start tags.
 //
-// There are no links between parents and children: an element knows its depth, and text goes to the
-// element that began last. White space at the start of each piece of text that the parser delivers
-// is dropped; it delivers a piece at least for each line and each entity reference.
+// There are no links between parents and children: an element has its depth, and text is appended
+// to the element that began last. White space at the start of each piece of text that the parser
+// delivers is dropped; it delivers a piece at least for each line and each entity reference.
 //
 //     hlxParseConf tree;
 //     hlxConfElement element;

@@ -15,9 +15,9 @@
 //         32         the integers, 4 bytes each; blob A and blob B, each with a zero byte behind it
 //                    if it is not empty; blob C; zero bytes up to the total size
 //
-// The total size is 39 bytes and those of the integers and blobs: 7 more than the fields have, part
-// of the interface, do not correct. A record of type 0 is its first
-// four bytes alone, with a total size of 4. Both functions may run on any thread.
+// The total size is 39 bytes plus the sizes of the integers and blobs. 39 is 7 more than the fields
+// need (part of the interface, do not correct). A record of type 0 consists of its first four
+// bytes, with a total size of 4. Both functions may run on any thread.
 #pragma once
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 //
 // After writing the file, set its last-write time one second ahead of the clock: the applet
 // compares it, in whole seconds, with a clock reading five seconds earlier. It announces the offer
-// if the version is higher than its own, four numbers with dots or hyphens.
+// if the version, four numbers separated by dots or hyphens, is higher than its own.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
-// The installer's data base: the registry key "SOFTWARE\Installer Simulation" of the machine, with
-// a key for each component under "Components" (value "Product": the product's code) and one for
-// each product under "Products" (a text value for each property).
+// The database of Windows Installer: the registry key "SOFTWARE\Installer Simulation" of the
+// machine, with a key for each component under "Components" (value "Product": the product's code)
+// and one for each product under "Products" (a text value for each property).
 #include <cstring>
 #include <string>
 

@@ -46,7 +46,7 @@ void Append(Lines& lines, const Lines& more) {
     lines.insert(lines.end(), more.begin(), more.end());
 }
 
-// One paragraph, broken at blanks.
+// One paragraph, broken at spaces.
 void Wrap(std::string_view paragraph, Lines& lines) {
     while (Width(paragraph) > kTextWidth) {
         const std::size_t full = Cut(paragraph, kTextWidth).size();

@@ -16,7 +16,7 @@ class UsageError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Splits a line at blanks. A word in double quotes may contain blanks. A backslash is an ordinary
+// Splits a line at spaces. A word in double quotes may contain spaces. A backslash is an ordinary
 // character, as in paths.
 std::vector<std::string> SplitLine(std::string_view line);
 

@@ -8,8 +8,8 @@
 
 namespace {
 
-// Room for a text of the health icon, in bytes with the terminator. One less than the record has:
-// part of the interface, do not correct.
+// Capacity for a text of the health icon, in bytes with the terminator. One less than the record
+// has: part of the interface, do not correct.
 constexpr int kHealthTipCapacity = 127;
 constexpr int kHealthBalloonCapacity = 255;
 constexpr int kHealthTitleCapacity = 63;

@@ -1,5 +1,5 @@
-// The lists of installed updates and of failed downloads. The room for a time, 256 and 512 bytes,
-// is part of the interface, do not correct.
+// The lists of installed updates and of failed downloads. The buffers for a time, 256 and 512
+// bytes, are part of the interface, do not correct.
 #pragma once
 
 #include "dialogs/SortListView.h"
