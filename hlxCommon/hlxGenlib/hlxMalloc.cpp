@@ -42,6 +42,13 @@ bool CountRelease() {
     return false;
 }
 
+void ReportDamage(const char* zone, const char* user, std::uint32_t expected, std::uint32_t found) {
+    hlx_log(hlx_logGetDefault(), 1, HLX_AREA_INTEGRITY,
+            "hlxfree %s zone doesn't match for 0x%lx free_p = 0x%lx.  Exptected 0x%x, got 0x%lx",
+            zone, Address(user), Address(user - kUserOffset), expected,
+            static_cast<unsigned long>(found));
+}
+
 }  // namespace
 
 // The texts of the log lines in this file, "Exptected" and the cut pointer of "hlxfree(0x%x)", are
@@ -88,21 +95,11 @@ void hlxfree(void* pointer) {
     }
     char* const user = static_cast<char*>(pointer);
     char* const base = user - kUserOffset;
-    if (const std::uint32_t found = LoadWord(base); found != kPreZone) {
-        hlx_log(hlx_logGetDefault(), 1, HLX_AREA_INTEGRITY,
-                "hlxfree pre zone doesn't match for 0x%lx free_p = 0x%lx.  Exptected 0x%x, got "
-                "0x%lx",
-                Address(user), Address(base), kPreZone, static_cast<unsigned long>(found));
-        return;
-    }
+    if (const std::uint32_t found = LoadWord(base); found != kPreZone)
+        return ReportDamage("pre", user, kPreZone, found);
     const std::uint32_t padded = LoadWord(base + 4);
-    if (const std::uint32_t found = LoadWord(user + padded); found != kPostZone) {
-        hlx_log(hlx_logGetDefault(), 1, HLX_AREA_INTEGRITY,
-                "hlxfree post zone doesn't match for 0x%lx free_p = 0x%lx.  Exptected 0x%x, got "
-                "0x%lx",
-                Address(user), Address(base), kPostZone, static_cast<unsigned long>(found));
-        return;
-    }
+    if (const std::uint32_t found = LoadWord(user + padded); found != kPostZone)
+        return ReportDamage("post", user, kPostZone, found);
     if (!CountRelease())
         hlx_log(hlx_logGetDefault(), 1, HLX_AREA_INTEGRITY,
                 "hlxfree called more times than malloc. ptr: 0x%lx  free_p: 0x%lx", Address(user),
