@@ -3,7 +3,7 @@
 // For programs that write the document (healthnotif.txt): the applet compares the last-write time
 // of the file, in whole seconds, with its clock reading five seconds earlier, and skips a file that
 // is open for writing. So write a new file, set its last-write time one second ahead, and rename it
-// into place. A document with the state that is shown already has no effect.
+// into place. A document with the state that is shown already shows nothing.
 #pragma once
 
 #include <cstdint>

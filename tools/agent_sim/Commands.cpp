@@ -180,7 +180,7 @@ constexpr std::array<Verb, 9> kVerbs{{
      "[--auto-install]\n"
      "         [--disabled] [--no-icon] [--restrict FIRST-LAST]...\n"
      "      write the health document; a message opens a box, a page opens in the browser. A\n"
-     "      document with the state that is shown already has no effect. The applet drops white\n"
+     "      document with the state that is shown already shows nothing. The applet drops white\n"
      "      space after a line end and after & < > and quotes.\n",
      Health},
     {"offer",
