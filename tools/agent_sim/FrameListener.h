@@ -11,7 +11,7 @@
 
 namespace agent_sim {
 
-// Receives on a thread of its own from construction to destruction.
+// Receives on a separate thread from construction to destruction.
 class FrameListener {
 public:
     // Called on the listener's thread with "UDP" or "TCP" and the bytes received: a complete frame,

@@ -21,8 +21,8 @@ private:
 };
 
 // From a file watcher: wParam is the size of the contents in bytes, lParam a terminated buffer from
-// array new, which the receiver owns. The controller posts the second message to itself with 0 and
-// 0.
+// array new, which the receiver owns. The controller also posts the second message to itself, with
+// both parameters 0.
 extern CRegisteredMessage g_msgHealthResults;
 extern CRegisteredMessage g_msgSWUpdates;
 

@@ -25,7 +25,7 @@ OwnedBitmap DrawArrow(const POINT (&corners)[3]) {
 
 }  // namespace
 
-// Those of version 6 do.
+// Header controls of version 6 do.
 bool HeaderDrawsArrows() {
     const HlxModule controls(LoadLibraryA("comctl32.dll"));
     if (!controls) return false;

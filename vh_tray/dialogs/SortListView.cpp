@@ -16,7 +16,7 @@ int CompareValues(const Value& a, const Value& b) {
     return (a > b) - (a < b);
 }
 
-// The wait cursor, for as long as the object lives.
+// The wait cursor, for as long as the object exists.
 class CWaitCursor {
 public:
     CWaitCursor() : m_old(SetCursor(LoadCursorA(nullptr, IDC_WAIT))) {}
@@ -148,7 +148,7 @@ bool CSortListViewImpl::SortRows(int rows, int column, bool descending) {
         SortEntry& entry = order.entries[order.count++];
         entry.record = record;
         if (column == m_columns.timeColumn) entry.date = ToAutomationDate(record->m_time);
-        // A control that cuts the text need not terminate it.
+        // The control does not always terminate a text that it truncates.
         m_list.GetItemText(row, column, entry.key, sizeof entry.key);
         entry.key[sizeof entry.key - 1] = '\0';
     }

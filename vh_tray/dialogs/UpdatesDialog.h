@@ -29,7 +29,7 @@ public:
     BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                               LRESULT& result) override;
 
-    // In the extended list style of the class.
+    // Also sets the extended list style of the class.
     void SetupColumns(UINT firstString);
 };
 
