@@ -1,21 +1,11 @@
 // The behaviours of the kernel half of the Win32 API that this system relies on. The tests use the
 // API alone and run against the simulator and against Windows' own libraries.
-#include <windows.h>
 #include <io.h>
 #include <msi.h>
 #include <objbase.h>
 #include <oleauto.h>
 #include <process.h>
 #include <share.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <functional>
-#include <set>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "wine.h"
 

@@ -1,23 +1,12 @@
 // What the simulator has beyond Windows: fault injection, counts of live objects, the manual clock,
 // a registry that other processes write, and an end with a message for what it does not implement.
-#include <windows.h>
 #include <commctrl.h>
 #include <process.h>
 
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <regex>
-#include <set>
-#include <stdexcept>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "core/waiting.h"
 #include "simulator/clock.h"

@@ -1,15 +1,8 @@
 // The behaviours of the user half of the Win32 API that this system relies on: messages, windows,
 // dialogs, menus, list views and the notification area. The tests use the API alone and run against
 // the simulator and against Windows' own libraries.
-#include <windows.h>
 #include <commctrl.h>
 #include <shellapi.h>
-
-#include <gmock/gmock.h>
-
-#include <functional>
-#include <string>
-#include <vector>
 
 #include "wine.h"
 

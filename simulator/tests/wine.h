@@ -2,8 +2,6 @@
 // documents.
 #pragma once
 
-#include <windows.h>
-
 // Wine exports this function; neither Windows nor the simulator has it.
 inline bool IsWine() {
     const HMODULE system = GetModuleHandleA("ntdll.dll");

@@ -1,6 +1,4 @@
 // The agent's Control Panel applet in the process of the applet: found, called, and never doubled.
-#include <fstream>
-#include <sstream>
 
 #include "story.h"
 

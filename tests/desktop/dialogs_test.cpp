@@ -1,7 +1,4 @@
 // The three dialogs behind the transient icons: texts, rows, columns, sorting, buttons, reboot.
-#include <cstring>
-#include <functional>
-#include <utility>
 
 #include "dialogs/UpdatesDialog.h"
 #include "simulator/objects.h"

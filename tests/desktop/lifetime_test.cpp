@@ -2,8 +2,6 @@
 // scripts.
 #include <malloc.h>
 
-#include <cstdlib>
-
 #include "simulator/objects.h"
 #include "simulator/windows_version.h"
 #include "story.h"

@@ -3,12 +3,7 @@
 // process must hold the same objects as before. SOAK="<events> <seed>" sets length and seed.
 #include <malloc.h>
 
-#include <algorithm>
-#include <functional>
 #include <random>
-#include <set>
-#include <sstream>
-#include <thread>
 
 #include "story.h"
 

@@ -1,9 +1,5 @@
 #include "story.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <set>
-
 #include "simulator/objects.h"
 
 namespace {

@@ -5,18 +5,6 @@
 // At its end the user logs off, whatever is still open.
 #pragma once
 
-#include <winsock2.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <filesystem>
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "../unit/loopback.h"
 #include "controller/MainDlg.h"
 #include "hlxInterface.h"

@@ -6,9 +6,6 @@
 #include "Daemon.h"
 #include "Notification.h"
 
-#include <mutex>
-#include <string>
-
 // An installed agent that listens on the daemon's ports. Its directory and its keys are new at
 // construction and removed at destruction.
 class Agent {

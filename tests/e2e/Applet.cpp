@@ -2,7 +2,6 @@
 
 #include <shellapi.h>
 #include <winternl.h>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,10 +1,5 @@
 #include "Screen.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-
 namespace {
 
 constexpr DWORD kRequestLimitMs = 15000;

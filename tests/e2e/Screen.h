@@ -1,11 +1,6 @@
 // The windows of other processes, and an assistant that takes screenshots and moves the pointer.
 #pragma once
 
-#include <windows.h>
-
-#include <string>
-#include <vector>
-
 // Longer than a pass of the file watchers, which takes 5000 ms, and its effect.
 constexpr DWORD kPassLimitMs = 9000;
 // For effects without a delay.

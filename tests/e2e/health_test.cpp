@@ -1,6 +1,5 @@
 // A health result from the notification file to box, page and icon; what clicks on the icon open;
 // the request for a new result.
-#include <gtest/gtest.h>
 
 #include "Agent.h"
 #include "Applet.h"

@@ -1,5 +1,4 @@
 // The end of the process, a second instance, and the handles and keys of a long session.
-#include <gtest/gtest.h>
 
 #include "Agent.h"
 #include "Applet.h"

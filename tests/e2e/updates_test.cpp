@@ -1,11 +1,6 @@
 // The three update events, each from the file or key of the daemon to its icon, its dialog and the
 // command. Yes is not pressed where it would restart the machine.
-#include <windows.h>
 #include <commctrl.h>
-
-#include <gtest/gtest.h>
-
-#include <functional>
 
 #include "Agent.h"
 #include "Applet.h"

@@ -1,12 +1,7 @@
 // agent_sim: its description of valid and malformed frames, its listener and its requests; the
 // applet's reader reads back the notifications that it writes.
-#include <gmock/gmock.h>
 
-#include <chrono>
-#include <filesystem>
 #include <future>
-#include <string>
-#include <vector>
 
 #include "Arguments.h"
 #include "Commands.h"

@@ -1,7 +1,4 @@
 // Parts of the applet that need no desktop: versions, the result window, cells.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <windows.h>
 
 #include "dialogs/ResultsListView.h"
 #include "frame/MessageMap.h"

@@ -2,10 +2,6 @@
 // bytes as text.
 #pragma once
 
-#include <cstdint>
-#include <cstdio>
-#include <string>
-
 inline std::string Hex(const void* bytes, std::size_t size) {
     std::string text;
     for (std::size_t i = 0; i < size; ++i) {

@@ -1,12 +1,6 @@
 // Health documents: the tree after a parse and its cursors, the parser class with handlers that
 // throw, and the results of the reader for documents of all forms, including malicious ones.
 
-#include <gtest/gtest.h>
-
-#include <sstream>
-#include <stdexcept>
-#include <string>
-
 #include "hlxHealthReport.h"
 #include "hlxHealthResult.h"
 #include "hlxMalloc.h"

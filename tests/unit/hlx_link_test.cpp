@@ -1,15 +1,6 @@
 // The agent link, byte for byte: the frames of every command on a socket, composite messages and
 // framed records compared with bytes written by hand, and readers of invalid bytes.
 
-#include <winsock2.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <sstream>
-#include <vector>
-
 #include "hlxBigEndian.h"
 #include "hlxCommand.h"
 #include "hlxComposite.h"

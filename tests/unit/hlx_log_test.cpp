@@ -1,12 +1,7 @@
 // The log's filters, slots and line format, its three kinds of sink, the rotation at 200 MiB with
 // sparse files, and its settings in the environment; and the cache file, whose errors go there.
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <cstdlib>
-#include <filesystem>
-#include <string>
 
 #include "hlxSwCache.h"
 #include "scoped_log.h"

@@ -1,10 +1,5 @@
 // The guarded allocator: padding, counters, detected damage, and its log lines.
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-
 #include "hlxMalloc.h"
 #include "scoped_log.h"
 

@@ -3,14 +3,6 @@
 //
 // The program wraps malloc, calloc and free (linker option --wrap), and its operator new uses them.
 
-#include <winsock2.h>
-#include <gtest/gtest.h>
-#include <windows.h>
-
-#include <cstdlib>
-#include <functional>
-#include <new>
-
 #include "ExpatLibrary.h"
 #include "hex.h"
 #include "hlxCommand.h"

@@ -2,16 +2,10 @@
 // the system log, the second before a TCP connection closes, failing sockets and libraries,
 // settings in a private registry, and guards that end the process.
 
-#include <winsock2.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <windows.h>
 
 #include <barrier>
 #include <cstdarg>
-#include <cstdlib>
-#include <filesystem>
-#include <thread>
 
 #include "hlxInterface.h"
 #include "hlxCommand.h"

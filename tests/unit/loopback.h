@@ -1,11 +1,6 @@
 // The daemon's end of either transport: a socket bound to a port of the loopback address.
 #pragma once
 
-#include <winsock2.h>
-
-#include <stdexcept>
-#include <string>
-
 #include "hex.h"
 #include "hlxSocket.h"
 

@@ -1,8 +1,6 @@
 // A log context of a test's own that ends with it, with a file sink or without one.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "hlxLog.h"
 #include "temp_path.h"
 

@@ -1,14 +1,6 @@
 // A file of a test's own in the folder for temporary files, gone when the test ends.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <windows.h>
-
-#include <cstdio>
-#include <fstream>
-#include <iterator>
-#include <string>
-
 class TempPath {
 public:
     explicit TempPath(const std::string& name)
