@@ -10,7 +10,18 @@
 // The ranges that the linker script of the test program defines.
 extern "C" const char applet_code[], applet_code_end[], simulator_code[], simulator_code_end[];
 
-extern "C" void* __libc_malloc(std::size_t size);
+// The system's functions are replaced for the whole process, the parser library included. A
+// sanitizer replaces them before the program starts; there the linker redirects the calls of the
+// program's own code.
+#ifdef VH_SANITIZED
+#define SYSTEM(function) __real_##function
+#define REPLACED(function) __wrap_##function
+#else
+#define SYSTEM(function) __libc_##function
+#define REPLACED(function) function
+#endif
+extern "C" void* SYSTEM(malloc)(std::size_t size);
+extern "C" void* SYSTEM(calloc)(std::size_t count, std::size_t size);
 
 namespace {
 
@@ -51,22 +62,17 @@ void CountAllocations(int failing) {
 
 int AllocationsCounted() { return g_counted; }
 
-// A sanitizer replaces malloc before the program starts; then only operator new counts.
-#ifdef VH_SANITIZED
-void* operator new(std::size_t size) {
-    void* const block = MustFail() ? nullptr : std::malloc(size);
-    if (block) return block;
-    throw std::bad_alloc();
+extern "C" void* REPLACED(malloc)(std::size_t size) {
+    return MustFail() ? nullptr : SYSTEM(malloc)(size);
 }
-#else
-// For the whole process, the parser library included.
-extern "C" void* malloc(std::size_t size) { return MustFail() ? nullptr : __libc_malloc(size); }
+extern "C" void* REPLACED(calloc)(std::size_t count, std::size_t size) {
+    return MustFail() ? nullptr : SYSTEM(calloc)(count, size);
+}
 
 void* operator new(std::size_t size) {
     if (void* const block = std::malloc(size)) return block;
     throw std::bad_alloc();
 }
-#endif
 void* operator new[](std::size_t size) { return operator new(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept try {
     return operator new(size);

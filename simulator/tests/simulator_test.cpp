@@ -1,26 +1,20 @@
-// What the simulator has beyond Windows: fault injection, counts of live objects, the manual clock,
-// a registry that other processes write, and an end with a message for what it does not implement.
+// What the simulator has beyond Windows: fault injection, the manual clock, and an end with a
+// message for what it does not implement.
 #include <commctrl.h>
 #include <process.h>
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <regex>
 
 #include "core/waiting.h"
 #include "simulator/clock.h"
 #include "simulator/faults.h"
-#include "simulator/journal.h"
-#include "simulator/objects.h"
 #include "simulator/threads.h"
 
 using namespace std::chrono_literals;
 
 namespace {
 
-using simulator::ClearFaults;
-using simulator::FailNext;
+using simulator::ClearFaults, simulator::FailNext;
 
 TEST(Faults, AffectTheCallsThatTheyAreInjectedInto) {
     EXPECT_THROW(FailNext("RegOpenKeyEx", 1, 5), std::invalid_argument) << "no call of that name";
@@ -38,18 +32,6 @@ TEST(Faults, AffectTheCallsThatTheyAreInjectedInto) {
     EXPECT_EQ(LoadStringA(nullptr, 8, nullptr, 0), 0);
     EXPECT_EQ(ClearFaults(), "LoadStringA") << "for another string, so nothing used it";
     CloseHandle(event);
-}
-
-TEST(LiveObjects, AreWhatHasNotBeenReleased) {
-    const auto before = simulator::LiveObjects();
-    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    const HPEN pen = CreatePen(0, 1, 0);
-    auto expected = before;
-    for (const char* kind : {"event", "pen"}) ++expected[kind];
-    EXPECT_EQ(simulator::LiveObjects(), expected);
-    DeleteObject(pen);
-    CloseHandle(event);
-    EXPECT_EQ(simulator::LiveObjects(), before);
 }
 
 // The functions that the headers declare.
@@ -126,37 +108,6 @@ TEST(Clock, StopsAtEachDeadlineUntilAllThreadsAreIdle) {
     SetEvent(stop);
     simulator::WaitUntilIdle();
     EXPECT_EQ(WaitForSingleObject(thread, 0), WAIT_OBJECT_0);
-}
-
-TEST(RegistryWatch, SeesWhatOtherProcessesWrote) {
-    HKEY key = nullptr;
-    RegCreateKeyExA(HKEY_LOCAL_MACHINE, "Software\\Watched", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                    &key, nullptr);
-    const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-    const std::string folder =
-        std::getenv("WIN32_REGISTRY") + std::string("/HKEY_LOCAL_MACHINE/software/watched/s");
-    for (int i = 0; i < 50; ++i) {
-        ASSERT_EQ(RegNotifyChangeKeyValue(key, TRUE, REG_NOTIFY_CHANGE_LAST_SET, event, TRUE), 0);
-        const pid_t child = fork();
-        if (child == 0) {
-            // A value in a subkey that was not there when the notification was armed.
-            const std::string subkey = folder + std::to_string(i);
-            std::filesystem::create_directory(subkey);
-            std::ofstream(subkey + "/draft") << "12345678";
-            std::filesystem::rename(subkey + "/draft", subkey + "/=v");
-            _exit(0);
-        }
-        waitpid(child, nullptr, 0);
-        simulator::WaitUntilIdle();
-        ASSERT_EQ(WaitForSingleObject(event, 0), WAIT_OBJECT_0) << i;
-    }
-}
-
-TEST(Journal, KeepsTheLastEvents) {
-    for (unsigned i = 0; i <= simulator::kLongestJournal; ++i)
-        simulator::Record({simulator::EventKind::kBalloon, i, "", ""});
-    EXPECT_EQ(simulator::Events().size(), simulator::kLongestJournal);
-    EXPECT_EQ(simulator::Events().front().id, 1u);
 }
 
 }  // namespace

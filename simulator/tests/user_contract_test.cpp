@@ -8,8 +8,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
+using testing::ElementsAre, testing::UnorderedElementsAre;
 using Results = std::vector<LRESULT>;
 
 constexpr UINT kMark = WM_APP + 1;

@@ -4,8 +4,7 @@
 #include "simulator/objects.h"
 #include "story.h"
 
-using testing::EndsWith;
-using testing::StartsWith;
+using testing::EndsWith, testing::StartsWith;
 
 namespace {
 

@@ -1,5 +1,5 @@
-// The applet's start and end: one instance, the start window, the exit codes, an empty tray;
-// scripts.
+// The applet's start and end: one instance, the start window, the exit codes, an empty
+// tray.
 #include <malloc.h>
 
 #include "simulator/objects.h"
@@ -15,19 +15,6 @@ TEST_F(Lifetime, ASecondInstanceEndsAtOnceWithoutEffect) {
     EXPECT_EQ(std::system(VH_TRAY " < /dev/null > /dev/null"), 0) << "another process";
     EXPECT_EQ(ExitCode(), std::nullopt);
     EXPECT_THAT(Tray(), ElementsAre(TRAY_ID_HEALTH));
-}
-
-TEST_F(Lifetime, TheTerminalReportsFailedCommandsAndRemovesControlCharacters) {
-    const struct {
-        std::string script, printed;
-    } scripts[] = {{"press OK", "? no window takes input"},
-                   {"wait", "? wait needs a text"},
-                   {"wait \"abc\" xyz", "? only a number of seconds may follow the quoted text"},
-                   {"# \033[31m", "# ?[31m"}};
-    for (const auto& [script, printed] : scripts) {
-        const auto run = "printf '" + script + "' | " VH_TRAY " | grep -xF '" + printed + "'";
-        EXPECT_EQ(std::system((run + " > /dev/null").c_str()), 0) << script;
-    }
 }
 
 TEST_F(Lifetime, AStartThatCannotBeCompletedEndsWithZeroAndLeavesNothing) {

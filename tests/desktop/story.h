@@ -64,7 +64,7 @@ protected:
     // Delivers a result and lets the applet see it.
     void Show(const HealthDocument& document);
     void Offer(const std::string& name, const std::string& version) const;
-    // How long ago something happened, in ticks of 100 ns; nothing: nobody knows.
+    // How long ago something happened, in ticks of 100 ns; nothing: no time is recorded.
     using Age = std::optional<std::chrono::nanoseconds>;
     // The bytes of a record, and their writing.
     static std::string Record(DWORD result, Age age);

@@ -24,7 +24,7 @@ TEST_F(UpdateEvents, AnOfferIsAnnouncedWithTheFirstResult) {
     EXPECT_EQ(icon->version, 3u);
     Offer("Agent", "4.2.7-3");
     Pass();
-    EXPECT_EQ(IconOf(TRAY_ID_UPDATES).balloons, 1) << "it stands already";
+    EXPECT_EQ(IconOf(TRAY_ID_UPDATES).balloons, 1) << "it is shown already";
 }
 
 TEST_F(UpdateEvents, RecentRecordsAreAnnounced) {
@@ -37,7 +37,7 @@ TEST_F(UpdateEvents, RecentRecordsAreAnnounced) {
         {"an installation", HLX_INSTALL_RESULTS_KEY, 600s, 0, true},
         {"a bad result", HLX_INSTALL_RESULTS_KEY, 0s, 1603, true},
         {"an old one", HLX_INSTALL_RESULTS_KEY, 601s, 0, false},
-        {"a failure", HLX_DOWNLOAD_RESULTS_KEY, 0s, kFailed, true},
+        {"a failure", HLX_DOWNLOAD_RESULTS_KEY, 0s, 0x80000000, true},
         {"a failure without a time", HLX_DOWNLOAD_RESULTS_KEY, {}, kFailed, true},
         {"a success without a time", HLX_DOWNLOAD_RESULTS_KEY, {}, 0, false},
         {"a positive code", HLX_DOWNLOAD_RESULTS_KEY, 0s, 0x7FFFFFFF, false},

@@ -1,4 +1,7 @@
-// The two watchers without the applet: what counts as a change, what is posted, how they end.
+// The threads of the applet without it. The two watchers: what counts as a change, what is posted,
+// how they end. The hover tracker, which the applet does not use: one post when the pointer comes,
+// one when it has left.
+#include "controller/TrayMouseTrack.h"
 #include "story.h"
 #include "watchers/RegThread.h"
 
@@ -154,7 +157,7 @@ TEST_F(Watchers, AKeyThatCannotBeWatchedIsTriedAgainAfterAPauseAndThenReported) 
     desktop::Advance(2900ms);
     EXPECT_EQ(Posts(), 0);
     desktop::Advance(200ms);
-    EXPECT_EQ(Posts(), 1) << "nobody saw what was written meanwhile";
+    EXPECT_EQ(Posts(), 1) << "what was written meanwhile gave no signal";
     simulator::BeforeNext("RegNotifyChangeKeyValue",
                           [] { RegDeleteTreeA(HKEY_LOCAL_MACHINE, HLX_DOWNLOAD_RESULTS_KEY); });
     Report(HLX_DOWNLOAD_RESULTS_KEY, "a", 0);
@@ -172,6 +175,43 @@ TEST_F(Watchers, AKeyThatCannotBeWatchedIsTriedAgainAfterAPauseAndThenReported) 
     desktop::Advance(0ms);
     EXPECT_TRUE(stoppable.Stop(0)) << "the pause ends with the stop event";
     desktop::Advance(2s);
+}
+
+class Tracker : public Receiver {
+protected:
+    void MoveTo(int x, int y) {
+        desktop::MovePointer(x, y);
+        m_tracker->OnMouseMove();
+    }
+    std::vector<LPARAM> Posts() {
+        desktop::Advance(1s);
+        std::vector<LPARAM> posts;
+        for (const MSG& message : Received()) {
+            EXPECT_EQ(message.wParam, TRAY_ID_HEALTH);
+            posts.push_back(message.lParam);
+        }
+        return posts;
+    }
+
+    std::unique_ptr<CTrayMouseTrack> m_tracker =
+        std::make_unique<CTrayMouseTrack>(m_window, kMessage, TRAY_ID_HEALTH);
+};
+
+TEST_F(Tracker, OneHoverAndOneLeaveForAStay) {
+    // The rectangle's size is the system's, or 5 pixels while that cannot be read.
+    simulator::FailNext("SystemParametersInfoA", simulator::kEveryCall, ERROR_INVALID_PARAMETER);
+    MoveTo(100, 100);
+    MoveTo(104, 103);
+    EXPECT_THAT(Posts(), ElementsAre(WM_MOUSEHOVER));
+    MoveTo(110, 110);
+    EXPECT_THAT(Posts(), IsEmpty()) << "each move takes the rectangle along";
+    desktop::MovePointer(114, 106);
+    EXPECT_THAT(Posts(), IsEmpty());
+    desktop::MovePointer(110, 105);
+    EXPECT_THAT(Posts(), ElementsAre(WM_MOUSELEAVE)) << "at exactly the height it has left";
+    EXPECT_THAT(Posts(), IsEmpty());
+    MoveTo(110, 105);
+    EXPECT_THAT(Posts(), ElementsAre(WM_MOUSEHOVER));
 }
 
 }  // namespace

@@ -72,12 +72,6 @@ TEST(ResultStore, TheWindowIsTenMinutesBothEndsIncluded) {
     EXPECT_FALSE(IsWithinResultWindow(Time(kNoon), Time(kNoon + 1)));
 }
 
-TEST(ResultStore, AFailureHasTheTopBit) {
-    for (const auto& [result, isFailure] :
-         {std::pair{0u, false}, {1603u, false}, {0x7FFFFFFFu, false}, {0x80000000u, true}})
-        EXPECT_EQ((UpdateResultRecord{{}, result}).IsFailure(), isFailure) << result;
-}
-
 TEST(ResultText, TheReasonIsOneLine) {
     const std::string success = FormatResultReason({{}, 0});
     EXPECT_NE(success, "");
