@@ -38,8 +38,11 @@ protected:
                      reinterpret_cast<LPARAM>(data));
         desktop::Advance(0ms);
     }
-    // As another program of the desktop may do it.
+    // As another program of the desktop may do it. The list owns the object; if an injected fault
+    // refuses it, the object stays reachable and is not reported as a leak.
     static void Attach(int row, void* object) {
+        static std::vector<const void*> attached;
+        attached.push_back(object);
         LVITEMA item{};
         item.mask = LVIF_PARAM;
         item.iItem = row;
@@ -152,8 +155,6 @@ TEST_F(Dialogs, AClickOnAHeaderSorts) {
     Report(HLX_DOWNLOAD_RESULTS_KEY, "b", 0x80000002, 30s);
     Report(HLX_DOWNLOAD_RESULTS_KEY, "c", 0x80000001, 20s);
     Report(HLX_DOWNLOAD_RESULTS_KEY, "A", 0xFFFFFFFF, 10s);
-    auto* const record = new UpdateResultRecord;
-    std::memcpy(record, Record(0xFFFFFFFF, 10s).data(), sizeof *record);
     simulator::FailNext("LVM_SETITEMA", 1, 0, 0);
     desktop::DoubleClick(TRAY_ID_DOWNLOADS);
     const auto order = [](std::size_t column) {
@@ -164,6 +165,8 @@ TEST_F(Dialogs, AClickOnAHeaderSorts) {
     EXPECT_EQ(order(1), "Abc down") << "the order of the key";
     desktop::ClickHeader(1);
     EXPECT_EQ(order(1), "Abc up") << "A row without a record is the first";
+    auto* const record = new UpdateResultRecord;
+    std::memcpy(record, Record(0xFFFFFFFF, 10s).data(), sizeof *record);
     Attach(0, record);
     const std::pair<int, const char*> clicks[] = {{1, "Acb down"}, {1, "bcA up"}, {0, "Abc up"},
                                                   {0, "cbA down"}, {2, "cbA up"}, {2, "Abc down"},
