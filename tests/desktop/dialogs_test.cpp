@@ -41,7 +41,7 @@ protected:
     // As another program of the desktop may do it. The list owns the object; if an injected fault
     // refuses it, the object stays reachable and is not reported as a leak.
     static void Attach(int row, void* object) {
-        static std::vector<const void*> attached;
+        static auto& attached = *new std::vector<const void*>;  // outlives the leak check
         attached.push_back(object);
         LVITEMA item{};
         item.mask = LVIF_PARAM;
