@@ -111,7 +111,7 @@ TEST_F(UserContract, AModalDialogDisablesItsOwnerAndGivesItTheFocusInTheEnd) {
         const auto act = [&](HWND dialog) {
             enabled = IsWindowEnabled(m_dialog);
             SetFocus(GetDlgItem(dialog, IDNO));
-            SetTimer(dialog, IDYES, 10, nullptr);  // so it ends after it has come to the screen
+            SetTimer(dialog, IDYES, 10, nullptr);  // so it ends after it is shown
         };
         EXPECT_EQ(RunDialog(m_dialog, act), IDYES);
         EXPECT_FALSE(enabled);

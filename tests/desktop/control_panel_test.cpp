@@ -1,4 +1,5 @@
-// The agent's Control Panel applet in the process of the applet: found, called, and never doubled.
+// The agent's Control Panel applet in the process of the applet: found, called, and opened once for
+// each page.
 
 #include "story.h"
 

@@ -246,7 +246,7 @@ TEST_F(InstalledUpdates, NamesTheProductOfEachFile) {
               "with the specified results.");
     EXPECT_THAT(FrontRows(), ElementsAre(StartsWith("Tessara Link|4.2.7-1|"),
                                          StartsWith("Universal Agent|10.0|"), testing::_));
-    EXPECT_EQ(FrontList().rows.at(2).at(2), "11/18/2026 6:15 AM") << "now, for want of a time";
+    EXPECT_EQ(FrontList().rows.at(2).at(2), "11/18/2026 6:15 AM") << "the current time";
     EXPECT_EQ(FrontList().selected, 0);
     EXPECT_EQ(FrontColumn(2).arrow, desktop::Arrow::kDown);
     // One button, in the middle.

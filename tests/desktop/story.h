@@ -1,8 +1,9 @@
-// A story: the applet on the simulated desktop, beside an agent that the test plays.
+// The base of the desktop tests: the applet on the simulated desktop, beside an agent that the test
+// simulates.
 //
-// The clock is held, so what would take seconds takes none and happens exactly then. Each story has
-// an agent's directory, a registry and a runtime folder of its own, and the agent's real UDP port.
-// At its end the user logs off, whatever is still open.
+// The clock is manual, so a delay takes no real time and ends exactly when it should. Each test has
+// a separate agent's directory, registry and runtime folder, and the agent's real UDP port. At its
+// end the user logs off, even if windows are open.
 #pragma once
 
 #include "../unit/loopback.h"
@@ -83,7 +84,7 @@ protected:
     std::map<std::string, std::size_t> m_objectsBefore;  // what may be left at the end
 
 private:
-    // After a fault: the applet serves what comes next, or has ended; nothing of it is left.
+    // After a fault: the applet handles further events, or has ended; no object of it is left.
     void RequireThatItGoesOn(const FaultRun& run);
     void NoteIcon(const HealthDocument& document);
     static void RequireNothingLeft(const std::string& kind,

@@ -1,5 +1,4 @@
-// Converts bytes to hexadecimal text, two digits each, and back, so that a test can state expected
-// bytes as text.
+// Bytes as hexadecimal text, two digits each, and a text as bytes.
 #pragma once
 
 inline std::string Hex(const void* bytes, std::size_t size) {

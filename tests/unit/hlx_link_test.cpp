@@ -63,7 +63,7 @@ TEST_F(DatagramReceiver, ReceivesNothingForRejectedCommands) {
     EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 0xFF, B("z"), 1, nullptr), HLX_DONE);
     EXPECT_EQ(hlx_sendCommand(HLX_UDP_PORT, 0xFF, B("z"), 1, &error), HLX_DONE);
     EXPECT_EQ(error, 0);
-    EXPECT_EQ(Received(), "00 00 00 FF 00 00 00 01 7A") << "the first frame that went out";
+    EXPECT_EQ(Received(), "00 00 00 FF 00 00 00 01 7A") << "the first frame that was sent";
 }
 
 TEST(Composite, IsBuiltAsItIsReadBack) {
